@@ -1,0 +1,3 @@
+#include "Warn.h"
+
+#include <gtest/gtest.h>
