@@ -8,6 +8,15 @@
 /// The version, as major.minor.patch (https://semver.org).
 #define TQ_VERSION "0.1.0"
 
+#include "Base.h"
+#include "Color.h"
+#include "ColorList.h"
+#include "Copyable.h"
+#include "List.h"
+#include "Table.h"
+#include "Trigger.h"
 #include "Warn.h"
+#include "coredefs.h"
+#include "tqList.h"
 
 #endif

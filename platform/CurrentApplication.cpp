@@ -1,0 +1,3 @@
+#include "Platform.h"
+
+unsigned tqz_CurrentApplicationObject() { return tqApplObject::currentOid(); }

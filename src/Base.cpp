@@ -1,0 +1,244 @@
+#include "Base.h"
+
+#include "Trigger.h"
+
+#include <climits>
+
+// Process-wide state: made on first use and never destroyed, so that objects with static storage
+// may be destroyed at any time.
+tqBaseList* selectedList = nullptr;  // made by the application
+tqBaseList* tqBase::_tbdList = nullptr;
+
+namespace {
+
+constexpr int tableSize = 10000;
+constexpr int selectionEvent = 4179;
+constexpr int deletionEvent = 4;
+constexpr int deletionDepthLimit = 1000;
+
+unsigned oidCounter = 0;  // numbers objects and handles alike
+OIDPtrTbl* oidTable = nullptr;
+OIDHndTbl* oidHandleTable = nullptr;
+HndOIDTbl* handleOidTable = nullptr;
+
+template <class Table> void makeTable(Table*& table) {
+  if (!table) table = tqAllocated(new (std::nothrow) Table(tableSize));
+}
+
+// The next OID, 0 when there are none left.
+unsigned nextOid() {
+  if (oidCounter == UINT_MAX) {
+    Error("no object identifiers are left\n");
+    return 0;
+  }
+  return ++oidCounter;
+}
+
+OIDEntry* entryOf(unsigned oid) {
+  OIDEntry* entry = nullptr;
+  if (oidTable && oid != 0) oidTable->find(entry, oid);
+  return entry;
+}
+
+tqBaseList& queueOfDeletions() {
+  if (!tqBase::_tbdList) {
+    tqBase::_tbdList = tqAllocated(new (std::nothrow) tqBaseList(0));
+    tqBase::_tbdList->ordered(1);
+  }
+  return *tqBase::_tbdList;
+}
+
+}  // namespace
+
+// One dispatch under way. They are linked from the innermost out, so that the destructor can tell
+// those of its object that there is nothing left to walk.
+struct tqBase::Dispatch {
+  const tqBase* object;
+  Dispatch* outer;
+};
+
+tqBase::Dispatch* tqBase::dispatches_ = nullptr;
+
+tqBase::tqBase(int withOid) : oid_(withOid ? make_oid(this) : 0) {}
+
+tqBase::tqBase(const tqBase& other) : oid_(make_oid(this)), sourceOid_(other.oid_) {}
+
+tqBase::~tqBase() {
+  tqBase::unselect(0);
+  // No destructor runs inside this dispatch that could end it, so it need not be found.
+  dispatch(deletionEvent, Dispatch{this, nullptr});
+  remove_oid(oid_);
+  for (int i = numTriggers() - 1; i >= 0; --i)
+    if (tqTrigger* trigger = triggers_->item(i)) trigger->removeObject(this);
+  delete triggers_;
+  for (Dispatch* running = dispatches_; running; running = running->outer)
+    if (running->object == this) running->object = nullptr;
+}
+
+void* tqBase::operator new(std::size_t size) noexcept { return std::malloc(size); }
+
+void tqBase::operator delete(void* memory) { std::free(memory); }
+
+unsigned tqBase::make_oid(void* object) {
+  const unsigned oid = nextOid();
+  if (oid == 0) return 0;
+  makeTable(oidTable);
+  oidTable->insert(oid, tqAllocated(new (std::nothrow) OIDEntry(object)));
+  return oid;
+}
+
+void tqBase::remove_oid(unsigned oid) {
+  OIDEntry* entry = nullptr;
+  if (oidTable && oid != 0 && oidTable->find_and_remove(entry, oid)) delete entry;
+}
+
+tqBase* tqBase::validated(unsigned oid, int followMapping) {
+  const OIDEntry* entry = entryOf(oid);
+  if (!followMapping) return entry ? entry->object : nullptr;
+  // A chain longer than all entries goes round in a circle.
+  for (int steps = 0; entry && entry->mappedOid != 0; entry = entryOf(entry->mappedOid))
+    if (steps++ > oidTable->count()) return nullptr;
+  return entry ? entry->object : nullptr;
+}
+
+int tqBase::setMapping(unsigned oid, unsigned mappedOid) {
+  OIDEntry* entry = entryOf(oid);
+  if (!entry) return 0;
+  entry->mappedOid = mappedOid;
+  return 1;
+}
+
+void tqBase::clearMapping() {
+  if (!oidTable) return;
+  for (OIDPtrTbl_Iterator i(*oidTable); i.more(); i.next()) i.cur_value()->mappedOid = 0;
+}
+
+void tqBase::addTrigger(tqTrigger* trigger) {
+  if (!triggers_) triggers_ = tqAllocated(new (std::nothrow) tqTriggerList(0));
+  triggers_->append(trigger);
+}
+
+void tqBase::removeTrigger(tqTrigger* trigger) {
+  if (triggers_) triggers_->removeFirst(trigger);
+}
+
+unsigned tqBase::classId() const { return 0; }
+
+const char* tqBase::className() const { return "Base"; }
+
+int tqBase::isA(unsigned id) const { return id == 0 ? 1 : 0; }
+
+tqBase* tqBase::original() {
+  if (sourceOid_ == 0) return this;
+  if (tqBase* source = validated(sourceOid_, 0)) return source->original();
+  sourceOid_ = 0;
+  return this;
+}
+
+void tqBase::select(int notify) {
+  if (selected_) return;
+  selected_ = 1;
+  if (selectedList) selectedList->append(this);
+  if (notify) doTrigger(selectionEvent);
+}
+
+void tqBase::unselect(int notify) {
+  if (!selected_) return;
+  selected_ = 0;
+  if (selectedList) selectedList->removeLast(this);
+  if (notify) doTrigger(selectionEvent);
+}
+
+int tqBase::isSelected() const { return selected_; }
+
+int tqBase::isSelected(const int*) { return isSelected(); }
+
+void tqBase::doTrigger(int event) {
+  Dispatch self{this, dispatches_};
+  dispatches_ = &self;
+  dispatch(event, self);
+  dispatches_ = self.outer;
+}
+
+// The order of the tests shows: checkMode of an application trigger calls the application. `self`
+// loses its object when that is destroyed.
+void tqBase::dispatch(int event, const Dispatch& self) {
+  const int own = numTriggers();
+  for (int i = 0; i < own && self.object; ++i) {
+    tqTrigger* trigger = triggers_->item(i);
+    if (!trigger || !trigger->isActive() || !trigger->checkEvent(event) || !trigger->checkMode())
+      continue;
+    if (trigger->type() == TRIGGER_TYPED && !trigger->checkObjectType(this)) continue;
+    trigger->fire(this, this, event);
+  }
+  deleteTBDObjects();
+  const int global = self.object && global_trigger_list ? global_trigger_list->count() : 0;
+  for (int i = 0; i < global && self.object; ++i) {
+    tqTrigger* trigger = global_trigger_list->item(i);
+    if (!trigger || !trigger->isActive() || !trigger->checkObjectType(this) ||
+        !trigger->checkEvent(event) || !trigger->checkMode())
+      continue;
+    trigger->fire(this, nullptr, event);
+  }
+  deleteTBDObjects();
+}
+
+int tqBase::coerce(unsigned id, tqBaseList* out) {
+  if (!out || classId() != id) return 0;
+  out->append(this);
+  return 1;
+}
+
+void tqBase::deferredDelete() { queueOfDeletions().append(this); }
+
+void tqBase::deleteTBDObjects() {
+  static int depth = 0;
+  tqBaseList& queue = queueOfDeletions();
+  if (depth >= deletionDepthLimit) return;
+  ++depth;
+  while (queue.count() > 0) {
+    tqBase* object = queue.item(0);
+    queue.remove(0);
+    delete object;
+  }
+  --depth;
+}
+
+int tqBase::isValidObject() const { return 1; }
+
+int make_handle_oid(void* handle) {
+  makeTable(oidHandleTable);
+  makeTable(handleOidTable);
+  if (const int known = handle_to_oid(handle)) return known;
+  const int oid = static_cast<int>(nextOid());
+  if (oid == 0) return 0;
+  oidHandleTable->insert(oid, handle);
+  handleOidTable->insert(handle, oid);
+  return oid;
+}
+
+void* oid_to_handle(int oid) {
+  void* handle = nullptr;
+  if (oidHandleTable && oid != 0) oidHandleTable->find(handle, oid);
+  return handle;
+}
+
+int handle_to_oid(const void* handle) {
+  int oid = 0;
+  if (handleOidTable && handle) handleOidTable->find(oid, const_cast<void*>(handle));
+  return oid;
+}
+
+void delete_handle_oid(int oid) {
+  void* handle = nullptr;
+  if (oidHandleTable && oidHandleTable->find_and_remove(handle, oid))
+    handleOidTable->remove(handle);
+}
+
+void delete_handle_ptr(const void* handle) {
+  int oid = 0;
+  if (handleOidTable && handleOidTable->find_and_remove(oid, const_cast<void*>(handle)))
+    oidHandleTable->remove(oid);
+}
+
+tqBase* oid_to_base(int oid) { return tqBase::validated(static_cast<unsigned>(oid), 1); }
