@@ -24,6 +24,7 @@ struct OIDPtrTblRule {
   using Key = unsigned;
   using Value = OIDEntry*;
   static unsigned hash(unsigned oid) { return oid; }
+  static unsigned spread(unsigned oid) { return spreadBits(std::uint64_t{oid}); }
   static bool equal(unsigned a, unsigned b) { return a == b; }
 };
 /// From an OID to its entry. Owns its links, never what the values point to.
@@ -39,6 +40,7 @@ struct OIDHndTblRule {
   using Key = int;
   using Value = void*;
   static unsigned hash(int oid) { return static_cast<unsigned>(oid); }
+  static unsigned spread(int oid) { return spreadBits(std::uint64_t{hash(oid)}); }
   static bool equal(int a, int b) { return a == b; }
 };
 /// From a handle's OID to the handle.
@@ -56,6 +58,7 @@ struct HndOIDTblRule {
   static unsigned hash(const void* handle) {
     return static_cast<unsigned>(static_cast<std::int32_t>(lowWord(handle)) >> 2);
   }
+  static unsigned spread(const void* handle) { return spreadBits(handle); }
   static bool equal(const void* a, const void* b) { return a == b; }
 };
 /// From a handle to its OID.

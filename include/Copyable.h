@@ -17,6 +17,7 @@ struct CopyableTableRule {
   // Kept: the address is used whole, alignment bits included, so objects on 8-byte boundaries reach
   // every eighth slot only. Iteration follows slots: spreading them better would reorder it.
   static unsigned hash(const tqCopyable* source) { return lowWord(source); }
+  static unsigned spread(const tqCopyable* source) { return spreadBits(source); }
   static bool equal(const tqCopyable* a, const tqCopyable* b) { return a == b; }
 };
 

@@ -3,6 +3,7 @@
 #include "Trigger.h"
 
 #include <climits>
+#include <cstring>
 
 // Process-wide state: made on first use and never destroyed, so that objects with static storage
 // may be destroyed at any time.
@@ -11,18 +12,65 @@ tqBaseList* tqBase::_tbdList = nullptr;
 
 namespace {
 
-constexpr int tableSize = 10000;
+constexpr int handleTableSize = 10000;
 constexpr int selectionEvent = 4179;
 constexpr int deletionEvent = 4;
 constexpr int deletionDepthLimit = 1000;
 
 unsigned oidCounter = 0;  // numbers objects and handles alike
-OIDPtrTbl* oidTable = nullptr;
+unsigned mappings = 0;    // entries that are mapped
 OIDHndTbl* oidHandleTable = nullptr;
 HndOIDTbl* handleOidTable = nullptr;
 
+// The registry of objects. OIDs count up and nobody sees this table from outside, so entries lie in
+// pages by OID: a look-up is two array accesses, and a page goes once all its OIDs are dead.
+struct RegistryEntry {
+  tqBase* object;
+  unsigned mappedOid;
+  unsigned used;  // also for an OID that was made for a null object
+};
+
+struct RegistryPage {
+  static constexpr unsigned bits = 10, size = 1u << bits;
+  unsigned live;
+  RegistryEntry entries[size];
+};
+
+RegistryPage** pages = nullptr;
+unsigned pageCount = 0;
+
+RegistryPage*& pageOf(unsigned oid) { return pages[oid >> RegistryPage::bits]; }
+
+RegistryEntry* entryOf(unsigned oid) {
+  if (oid >> RegistryPage::bits >= pageCount) return nullptr;
+  RegistryPage* const page = pageOf(oid);
+  if (!page) return nullptr;
+  RegistryEntry* const entry = &page->entries[oid % RegistryPage::size];
+  return entry->used ? entry : nullptr;
+}
+
+void freeIfDead(RegistryPage*& page) {
+  if (!page || page->live != 0) return;
+  std::free(page);
+  page = nullptr;
+}
+
+// Out of line, once in 1024 objects.
+void makePage(unsigned oid) {
+  const unsigned number = oid >> RegistryPage::bits;
+  if (number >= pageCount) {
+    const unsigned count = number < 8 ? 16 : 2 * number;
+    pages = static_cast<RegistryPage**>(
+        tqAllocated(std::realloc(pages, std::size_t{count} * sizeof *pages)));
+    std::memset(pages + pageCount, 0, std::size_t{count - pageCount} * sizeof *pages);
+    pageCount = count;
+  }
+  if (number > 0) freeIfDead(pages[number - 1]);  // it stayed while OIDs could still come
+  pages[number] = static_cast<RegistryPage*>(tqAllocated(std::calloc(1, sizeof(RegistryPage))));
+}
+
 template <class Table> void makeTable(Table*& table) {
-  if (!table) table = tqAllocated(new (std::nothrow) Table(tableSize));
+  if (!table) table = tqAllocated(new (std::nothrow) Table(handleTableSize));
 }
 
 // The next OID, 0 when there are none left.
@@ -34,10 +82,10 @@ unsigned nextOid() {
   return ++oidCounter;
 }
 
-OIDEntry* entryOf(unsigned oid) {
-  OIDEntry* entry = nullptr;
-  if (oidTable && oid != 0) oidTable->find(entry, oid);
-  return entry;
+void map(RegistryEntry& entry, unsigned mappedOid) {
+  if (entry.mappedOid != 0) --mappings;
+  if (mappedOid != 0) ++mappings;
+  entry.mappedOid = mappedOid;
 }
 
 tqBaseList& queueOfDeletions() {
@@ -82,35 +130,45 @@ void tqBase::operator delete(void* memory) { std::free(memory); }
 unsigned tqBase::make_oid(void* object) {
   const unsigned oid = nextOid();
   if (oid == 0) return 0;
-  makeTable(oidTable);
-  oidTable->insert(oid, tqAllocated(new (std::nothrow) OIDEntry(object)));
+  if (oid >> RegistryPage::bits >= pageCount || !pageOf(oid)) makePage(oid);
+  RegistryPage* const page = pageOf(oid);
+  page->entries[oid % RegistryPage::size] = RegistryEntry{static_cast<tqBase*>(object), 0, 1};
+  ++page->live;
   return oid;
 }
 
 void tqBase::remove_oid(unsigned oid) {
-  OIDEntry* entry = nullptr;
-  if (oidTable && oid != 0 && oidTable->find_and_remove(entry, oid)) delete entry;
+  RegistryEntry* const entry = entryOf(oid);
+  if (!entry) return;
+  map(*entry, 0);
+  *entry = RegistryEntry{nullptr, 0, 0};
+  RegistryPage*& page = pageOf(oid);
+  --page->live;
+  if (oidCounter >> RegistryPage::bits > oid >> RegistryPage::bits) freeIfDead(page);
 }
 
 tqBase* tqBase::validated(unsigned oid, int followMapping) {
-  const OIDEntry* entry = entryOf(oid);
-  if (!followMapping) return entry ? entry->object : nullptr;
-  // A chain longer than all entries goes round in a circle.
-  for (int steps = 0; entry && entry->mappedOid != 0; entry = entryOf(entry->mappedOid))
-    if (steps++ > oidTable->count()) return nullptr;
+  const RegistryEntry* entry = entryOf(oid);
+  if (followMapping && mappings != 0) {
+    // A chain longer than all mappings goes round in a circle.
+    for (unsigned steps = 0; entry && entry->mappedOid != 0; entry = entryOf(entry->mappedOid))
+      if (steps++ > mappings) return nullptr;
+  }
   return entry ? entry->object : nullptr;
 }
 
 int tqBase::setMapping(unsigned oid, unsigned mappedOid) {
-  OIDEntry* entry = entryOf(oid);
+  RegistryEntry* const entry = entryOf(oid);
   if (!entry) return 0;
-  entry->mappedOid = mappedOid;
+  map(*entry, mappedOid);
   return 1;
 }
 
 void tqBase::clearMapping() {
-  if (!oidTable) return;
-  for (OIDPtrTbl_Iterator i(*oidTable); i.more(); i.next()) i.cur_value()->mappedOid = 0;
+  for (unsigned page = 0; page < pageCount && mappings != 0; ++page) {
+    if (!pages[page]) continue;
+    for (RegistryEntry& entry : pages[page]->entries) map(entry, 0);
+  }
 }
 
 void tqBase::addTrigger(tqTrigger* trigger) {
