@@ -33,6 +33,12 @@ public:
   /// than `last + 1`. Runs out of memory when an int cannot count that far.
   static int grownCount(int last);
 
+  /// Index of the first slot from `from` on, below `to`, that holds exactly this address; -1 when
+  /// there is none. The array may be of any pointer type.
+  static int firstIndexOf(const void* item, const void* slots, int from, int to);
+  /// Index of the last such slot below `to`, likewise.
+  static int lastIndexOf(const void* item, const void* slots, int to);
+
   /// Writes "%s: no deep copy\n" with the element's name to standard error, `count` times, and
   /// aborts, also when `count` is 0.
   [[noreturn]] static void noDeepCopy(const char* elementName, int count);
@@ -147,7 +153,9 @@ public:
   /// Takes out the last element that is exactly this pointer, likewise.
   int removeLast(const Element* item) {
     int i = count_ - 1;
-    while (i >= 0 && slots_[i] != item) --i;
+    const int near = count_ - nearSlots;
+    while (i >= 0 && i >= near && slots_[i] != item) --i;
+    if (i >= 0 && i < near) i = ProtoList::lastIndexOf(item, slots_, i + 1);
     if (i >= 0) remove(i);
     return i >= 0 ? 1 : 0;
   }
@@ -190,9 +198,10 @@ public:
 protected:
   /// Index of the first element that is exactly this pointer, -1 when there is none.
   int indexOf(const Element* item) const {
-    for (int i = 0; i < count_; ++i)
+    const int near = count_ < nearSlots ? count_ : nearSlots;
+    for (int i = 0; i < near; ++i)
       if (slots_[i] == item) return i;
-    return -1;
+    return count_ > near ? ProtoList::firstIndexOf(item, slots_, near, count_) : -1;
   }
 
 private:
@@ -200,6 +209,8 @@ private:
 
   // The ladder is that of 4-byte elements on every machine, so that capacities agree everywhere.
   static constexpr unsigned elementSize = 4;
+  // Slots searched in place; longer lists are handed to the wide search.
+  static constexpr int nearSlots = 8;
 
   static std::size_t bytes(int slots) { return static_cast<std::size_t>(slots) * sizeof(Element*); }
 
