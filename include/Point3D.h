@@ -233,8 +233,8 @@ public:
   double z = 0.0;
 };
 
-/// Every coordinate times `n`. Kept: the factor is an int, and a double passed here loses its
-/// fraction on the way; scale by fractions with `frac` from the origin.
+/// Every coordinate times `n`. The factor is an int, and a double passed here loses its fraction on
+/// the way; to scale by one, take `tqPoint3D().frac(p, factor)`.
 inline tqPoint3D operator*(const tqPoint3D& p, int n) {
   const double factor = n;
   return {p.x * factor, p.y * factor, p.z * factor};

@@ -19,15 +19,12 @@ private:
   std::uniform_real_distribution<double> spread_{-10.0, 10.0};
 };
 
-inline testing::AssertionResult near(const tqPoint3D& p, const tqPoint3D& q,
-                                     double tolerance = 1e-9) {
-  if (p.dist2(q) <= tolerance * tolerance) return testing::AssertionSuccess();
+inline testing::AssertionResult near(const tqPoint3D& p, const tqPoint3D& q, double off = 1e-9) {
+  if (p.dist2(q) <= off * off) return testing::AssertionSuccess();
   return testing::AssertionFailure() << "(" << p.x << ", " << p.y << ", " << p.z << ") is not ("
                                      << q.x << ", " << q.y << ", " << q.z << ")";
 }
 
-inline testing::AssertionResult same(const tqPoint3D& p, const tqPoint3D& q) {
-  return near(p, q, 0.0);
-}
+inline auto same(const tqPoint3D& p, const tqPoint3D& q) { return near(p, q, 0.0); }
 
 #endif
