@@ -28,6 +28,7 @@ class MMatrixRow;
 ///
 /// Up to 16 elements lie in the object itself, so that 3x3 and 4x4 transforms, which come and go by
 /// the million, need no heap.
+/// \snippet transforms.cpp fit
 class TQ_API MMatrix {
 public:
   /// \name Construction
@@ -123,6 +124,7 @@ public:
   ///
   /// \returns the row operations, as an nRow x nRow matrix: that matrix times this one as it was is
   ///   this one as it is now, up to rounding.
+  /// \snippet transforms.cpp reduce
   MMatrix upperTriangle();
 
   /// The minor: this matrix without row `i` and column `j`. No sign is applied.

@@ -16,6 +16,9 @@
 /// - `m * p` takes the point as a column: matrix times point;
 /// - `p * m` (an operator of `MMatrix`) takes it as a row: point times matrix. `rotateAboutAxis`
 ///   makes matrices for this one, and `tqMatrix4x4::multPointMatrix` follows it.
+///
+/// \snippet transforms.cpp conventions
+/// \snippet transforms.cpp product
 class TQ_API tqMatrix3x3 : public MMatrix {
 public:
   /// All zeros.

@@ -17,6 +17,7 @@
 ///   the constructor has zeros there, so `m * p` does not move by its translation.
 ///
 /// No division by a fourth coordinate takes place.
+/// \snippet transforms.cpp motion
 class TQ_API tqMatrix4x4 : public MMatrix {
 public:
   /// All zeros.

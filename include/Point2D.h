@@ -80,6 +80,7 @@ public:
   /// Kept: on the clockwise side the result is `angle` + 180, 180 to 360, and not 360 - `angle`:
   /// a point 45 degrees clockwise gives 225, one just short of straight nearly 360. Results above
   /// 180 mark the clockwise side; 540 less such a result is the angle of the full turn.
+  /// \snippet measure_geometry.cpp turn
   static double angle360(double x1, double y1, double x2, double y2, double x3, double y3);
 
   /// True when the way from this point over `q` to `r` turns clockwise; false when the three lie

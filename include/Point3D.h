@@ -148,6 +148,7 @@ public:
   }
 
   /// Squared distance to `p`: enough to compare distances, without the square root.
+  /// \snippet measure_geometry.cpp distance
   double dist2(const tqPoint3D& p) const {
     return (x - p.x) * (x - p.x) + (y - p.y) * (y - p.y) + (z - p.z) * (z - p.z);
   }
@@ -160,6 +161,7 @@ public:
   /// \param side 1 when this point lies on the side of `p2`, -1 on the other side. Kept: a point in
   ///   the plane is on side -1, so that every point has one of two sides.
   /// \returns 0.0 when `p1` and `p2` are a thousandth or less apart (squared, 1e-6): no plane then.
+  /// \snippet measure_geometry.cpp plane
   double dist2ToPlane(const tqPoint3D& p1, const tqPoint3D& p2, int& side) const;
 
   /// The distance whose square `dist2ToPlane` gives, with the same `side`.
@@ -174,6 +176,7 @@ public:
   ///
   /// Kept: close to 90, whatever the directions, when the squared lengths of the two arms multiply
   /// to 1e-7 or less: arms that short have no direction worth measuring.
+  /// \snippet measure_geometry.cpp angle
   static double angle(double x1, double y1, double z1, double x2, double y2, double z2, double x3,
                       double y3, double z3);
 
@@ -185,6 +188,7 @@ public:
   /// \returns 0.0 when 1-2-3 or 2-3-4 lie in line: the cross product of the two bonds has a squared
   ///   length below 1e-5. For ordinary bonds in angstroms that is about 0.1 degree off straight; in
   ///   nanometres it would be 8.
+  /// \snippet measure_geometry.cpp dihedral
   static double dihedral(double x1, double y1, double z1, double x2, double y2, double z2,
                          double x3, double y3, double z3, double x4, double y4, double z4);
 
@@ -194,6 +198,7 @@ public:
   /// Apply `rotateZ(rz)`, then `rotateY(ry)`, then `rotateX(rx)` to any point less point 1. Each
   /// turn is measured with `angle` and shares its limit: with points 1 and 2 a distance d apart,
   /// in a direction within 0.0003 / d radians of the z axis, point 2 ends that far from x.
+  /// \snippet measure_geometry.cpp align
   static void XAxisAlign(double x1, double y1, double z1, double x2, double y2, double z2,
                          double x3, double y3, double z3, double& rz, double& ry, double& rx);
   /// @}
@@ -213,6 +218,7 @@ public:
   /// Rotates about the line through the origin along `axis`, which may be this very point. The axis
   /// need not have length 1, but much shorter ones lose accuracy (see `XAxisAlign`), and nothing
   /// useful is left at 0.0003.
+  /// \snippet transforms.cpp axis
   tqPoint3D& rotateAboutAxis(const tqPoint3D& axis, double degrees);
   /// @}
 
@@ -225,6 +231,7 @@ public:
 
   /// Centroid of `n` points. NaN coordinates for `n` = 0, -0.0 for `n` < 0. A null array counts as
   /// `n` = 0.
+  /// \snippet measure_geometry.cpp sets
   static tqPoint3D center(const tqPoint3D* p, int n);
   /// @}
 

@@ -146,6 +146,7 @@ TEST(MatrixKept, DeterminantHasThreeTermsFor3x3AndNormIgnoresNegatives) {
 
 TEST(MatrixDeathTest, EveryBrokenSizeOrIndexRuleAborts) {
   static MMatrix a(2, 3, nullptr), square(3, 1.0), full(4, 1.0);
+  static const double uneven[] = {1e200, 1e-150, 1e-150, 1e-150};
   full(3, 0) = 1.0;
   const std::pair<const char*, std::function<void()>> cases[] = {
       {"negative size", [] { MMatrix(-1, 2, nullptr); }},
@@ -172,7 +173,8 @@ TEST(MatrixDeathTest, EveryBrokenSizeOrIndexRuleAborts) {
       {"Kept: determinant of a full 4x4", [] { det(full); }},
       {"inverse of nothing", [] { ~MMatrix(0, 1.0); }},
       {"singular", [] { ~MMatrix(2, 0.0); }},
-      {"product of the diagonal underflows", [] { ~MMatrix(4, 1e-100); }}};
+      {"product of the diagonal underflows", [] { ~MMatrix(4, 1e-100); }},
+      {"and from the second row on", [] { ~MMatrix(4, uneven); }}};
   for (const auto& [label, call] : cases)
     EXPECT_EXIT(call(), testing::KilledBySignal(SIGABRT), "^$") << label;
 }
