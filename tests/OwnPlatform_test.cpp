@@ -1,0 +1,24 @@
+#include "Platform.h"
+#include "Trigger.h"
+
+#include <gtest/gtest.h>
+
+// A program may define single functions of the application layer itself; the library then calls
+// these, and the rest of the default layer stays.
+namespace {
+
+unsigned currentApplication = 0;
+
+}  // namespace
+
+unsigned tqz_CurrentApplicationObject() { return currentApplication; }
+
+TEST(OwnPlatform, ProgramsOwnCurrentApplicationDecidesWhichTriggersFire) {
+  tqApplObject application;
+  tqApplTrigger trigger(TRIGGER_PLAIN);
+  trigger.setDestAppl(&application);
+  trigger.mode = tqApplTrigger::MODE_SAME_APPL;
+  EXPECT_EQ(trigger.checkMode(), 0);
+  currentApplication = application.oid();
+  EXPECT_EQ(trigger.checkMode(), 1);
+}
