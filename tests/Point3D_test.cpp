@@ -44,8 +44,10 @@ TEST(Point3DRotation, GivesTheSameBitsForAnAngleAndAxisWhateverCameBetween) {
   };
   const tqPoint3D first = turns({1, 2, -3}, 11);
   EXPECT_TRUE(same(turns({1, 2, -3}, 11), first));
-  EXPECT_FALSE(same(turns({0, 1, 1}, 12), first));
-  EXPECT_TRUE(same(turns({1, 2, -3}, 11), first));
+  for (const tqPoint3D& other : {tqPoint3D(0, 2, -3), tqPoint3D(1, 0, -3), tqPoint3D(1, 2, 0)}) {
+    EXPECT_FALSE(same(turns(other, 11), first) || same(turns(other, 12), turns(other, 11)));
+    EXPECT_TRUE(same(turns({1, 2, -3}, 11), first));
+  }
 }
 
 // A compiler that fuses a product and a sum rounds once where these steps round twice.
@@ -79,8 +81,8 @@ TEST(Point3DRotation, KeptStartsWithCosineAndSineOf0ForMinus999Point99) {
 
 TEST(Point3DAngle, IsMeasuredAtTheMiddlePoint) {
   const std::tuple<const char*, tqPoint3D, tqPoint3D, double> cases[] = {
-      {"straight", {1, 0, 0}, {-1, 0, 0}, 180.0},
-      {"cosine above 1 is clamped", {0.1, 0.2, 0.3}, {0.7, 1.4, 2.1}, 0.0},
+      {"cosine above 1 is clamped", {.1, .1, .1}, {3 * .1, 3 * .1, 3 * .1}, 0.0},
+      {"cosine below -1 is clamped", {.1, .1, .1}, {-3 * .1, -3 * .1, -3 * .1}, 180.0},
       {"sixty", {1, 1, 0}, {0, 1, 1}, 60.0},
       {"Kept: short arms are not normalised", {0.01, 0, 0}, {0.01, 0, 0}, 89.994270},
       {"no arm", {0, 0, 0}, {1, 0, 0}, 90.0}};
@@ -142,6 +144,7 @@ TEST(Point3DCrossNormal, IsAUnitVectorAtRightAnglesEvenToParallelVectorsOrNaN) {
     EXPECT_TRUE(near({dot(n, n), dot(n, a), dot(n, b)}, {1, 0, 0}));
   }
   EXPECT_TRUE(same(tqPoint3D(1, 0, 0).crossNormal({1, 0, 0}), {0, 0, 1}));
+  EXPECT_TRUE(same(tqPoint3D(1, 0, 2).crossNormal({3, 0, 6}), {0, -1, 0}));
   // Kept: NaN where no perpendicular can be made up.
   EXPECT_TRUE(hasNaN(tqPoint3D(0, 2, 0).crossNormal({0, 2, 0})));
   EXPECT_TRUE(hasNaN(tqPoint3D().crossNormal({})) && hasNaN(tqPoint3D().crossNormal({1, 2, 3})));
