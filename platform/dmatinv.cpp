@@ -1,17 +1,15 @@
+#include "Platform.h"
+
 #include <algorithm>
 #include <cmath>
 
-extern "C" void dmatinv_(double* source, double* result, int* status);
-
-/// Inverts the 3x3 matrix `source`, nine elements column by column, into `result`: the adjugate
-/// over the determinant.
+/// The adjugate over the determinant.
 ///
 /// Every column is scaled by a power of two first, so that matrices of very large or very small
-/// elements, or of both, do not overflow or underflow on the way; powers of two round nothing.
+/// elements, or of both, do not overflow or underflow on the way.
 /// Elements of the inverse too large for a double become infinite. `result` may be `source`.
 ///
-/// `status` becomes 0, or 1 when the matrix is singular: then its determinant, as computed, is
-/// exactly 0 or not finite, and the result is all zeros.
+/// A matrix counts as singular when its determinant, as computed, is exactly 0 or not finite.
 void dmatinv_(double* source, double* result, int* status) {
   double m[3][3];  // m[j] is column j
   int exponent[3];

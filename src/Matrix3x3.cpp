@@ -1,10 +1,9 @@
 #include "Matrix3x3.h"
 
 #include "Angle.h"
+#include "Platform.h"
 
 #include <utility>
-
-extern "C" void dmatinv_(double* source, double* result, int* status);
 
 namespace {
 
