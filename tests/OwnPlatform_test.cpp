@@ -1,3 +1,4 @@
+#include "Matrix3x3.h"
 #include "Platform.h"
 #include "Trigger.h"
 
@@ -13,6 +14,11 @@ unsigned currentApplication = 0;
 
 unsigned tqz_CurrentApplicationObject() { return currentApplication; }
 
+void dmatinv_(double*, double* result, int* status) {
+  for (int i = 0; i < 9; ++i) result[i] = i;
+  *status = 0;
+}
+
 TEST(OwnPlatform, ProgramsOwnCurrentApplicationDecidesWhichTriggersFire) {
   tqApplObject application;
   tqApplTrigger trigger(TRIGGER_PLAIN);
@@ -21,4 +27,9 @@ TEST(OwnPlatform, ProgramsOwnCurrentApplicationDecidesWhichTriggersFire) {
   EXPECT_EQ(trigger.checkMode(), 0);
   currentApplication = application.oid();
   EXPECT_EQ(trigger.checkMode(), 1);
+}
+
+TEST(OwnPlatform, ProgramsOwnInversionServesMatrices) {
+  const tqMatrix3x3 inverse = ~tqMatrix3x3();
+  for (int i = 0; i < 9; ++i) EXPECT_EQ(inverse.at(i / 3, i % 3), i);
 }
