@@ -46,6 +46,9 @@ inline unsigned spreadBits(const void* address) {
   return spreadBits(std::uint64_t{reinterpret_cast<std::uintptr_t>(address)});
 }
 
+/// The same for the characters of a text, all of which count.
+TQ_API unsigned spreadBits(const char* text, std::size_t length);
+
 template <class Rule> class ChainedTable;
 template <class Rule> class ChainedTable_Iterator;
 

@@ -18,6 +18,9 @@ struct tqUDStringTableRule {
   using Key = const char*;
   using Value = char*;
   static unsigned hash(const char* name) { return hash_ud_name(name); }
+  static unsigned spread(const char* name) {
+    return spreadBits(name, name ? std::strlen(name) : 0);
+  }
   static bool equal(const char* a, const char* b) {
     return std::strcmp(a ? a : "", b ? b : "") == 0;
   }

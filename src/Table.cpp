@@ -22,3 +22,16 @@ unsigned ProtoTable::hash(double key) {
   std::memcpy(&bits, &key, sizeof bits);
   return static_cast<unsigned>(bits >> 32) ^ static_cast<unsigned>(bits);
 }
+
+unsigned spreadBits(const char* text, std::size_t length) {
+  std::uint64_t h = length;
+  for (std::uint64_t word; length > 0; text += sizeof word) {
+    const std::size_t size = length < sizeof word ? length : sizeof word;
+    word = 0;
+    std::memcpy(&word, text, size);
+    h = (h ^ word) * 0x9E3779B97F4A7C15u;
+    h ^= h >> 32;
+    length -= size;
+  }
+  return spreadBits(h);
+}

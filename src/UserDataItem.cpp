@@ -56,7 +56,8 @@ unsigned mappedOid(unsigned oid) {
 struct ItemCopiesRule {
   using Key = const tqUserDataItem*;
   using Value = tqUserDataItem*;
-  static unsigned hash(const tqUserDataItem* item) { return lowWord(item) >> 4; }
+  static unsigned hash(const tqUserDataItem* item) { return lowWord(item); }
+  static unsigned spread(const tqUserDataItem* item) { return spreadBits(item); }
   static bool equal(const tqUserDataItem* a, const tqUserDataItem* b) { return a == b; }
 };
 using ItemCopies = ChainedTable<ItemCopiesRule>;
