@@ -16,5 +16,6 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tqConfig.cmake
         DESTINATION ${tq_package_dir})
 
 file(RELATIVE_PATH tq_prefix_from_pc ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" tq_prefix_from_pc ${tq_prefix_from_pc})
 configure_file(cmake/tq.pc.in tq.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/tq.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
