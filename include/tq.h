@@ -26,5 +26,6 @@
 #include "Warn.h"
 #include "coredefs.h"
 #include "tqList.h"
+#include "tqString.h"
 
 #endif
