@@ -1,3 +1,4 @@
+#include "tqFilename.h"
 #include "tqString.h"
 
 #include <gtest/gtest.h>
@@ -36,7 +37,7 @@ std::string expected(const std::string& a, std::string b, bool equal) {
 
 template <class Left> class StringComparison : public testing::Test {};
 using StringClasses =
-    testing::Types<tqString, tqCopyString, tqNullTerminatedString, tqUniqueString>;
+    testing::Types<tqString, tqCopyString, tqNullTerminatedString, tqUniqueString, tqFilename>;
 TYPED_TEST_SUITE(StringComparison, StringClasses, );
 
 TYPED_TEST(StringComparison, KeptTakesAsManyBytesAsTheLeftTextHas) {
@@ -52,6 +53,7 @@ TYPED_TEST(StringComparison, KeptTakesAsManyBytesAsTheLeftTextHas) {
       EXPECT_EQ(compared(left, right), other);
       EXPECT_EQ(compared(left, tqCopyString(right)), other);
       EXPECT_EQ(compared(left, tqNullTerminatedString(right)), other);
+      EXPECT_EQ(compared(left, tqFilename(right)), other);
       EXPECT_EQ(compared(left, tqUniqueString(right)), expected(a, b, a == b));
       EXPECT_EQ(compared(left, b.c_str()), expected(a, b, a == b));
     }
@@ -164,7 +166,7 @@ TEST(StringConversion, ReadsAsTheCLocaleDoesInEveryLocale) {
 }
 
 template <class String> class OwningString : public testing::Test {};
-using OwningClasses = testing::Types<tqCopyString, tqNullTerminatedString>;
+using OwningClasses = testing::Types<tqCopyString, tqNullTerminatedString, tqFilename>;
 TYPED_TEST_SUITE(OwningString, OwningClasses, );
 
 TYPED_TEST(OwningString, MayBeNarrowedAndAssignedItsOwnCharacters) {
