@@ -25,6 +25,8 @@
 #include "UserDataItem.h"
 #include "Warn.h"
 #include "coredefs.h"
+#include "fortran_io.h"
+#include "tqFilename.h"
 #include "tqList.h"
 #include "tqString.h"
 

@@ -1,6 +1,8 @@
 #include "tqFilename.h"
 #include "tqString.h"
 
+#include "comma_locale.h"
+
 #include <gtest/gtest.h>
 
 #include <climits>
@@ -129,15 +131,6 @@ TEST(StringHash, KeptIsValidOnlyOnceTheCallerSaysSo) {
   EXPECT_EQ((tqString("c") = tqString(text)).hash(), 5u);
   EXPECT_EQ((text = "b").hash(), 98u);
 }
-
-// Makes a locale with a decimal comma, named "comma", while it lives.
-struct CommaLocale {
-  CommaLocale() { setenv("LOCPATH", folder.c_str(), 1); }
-  ~CommaLocale() { std::filesystem::remove_all(folder); }
-  const std::string folder = testing::TempDir() + "tq_locale_" + std::to_string(getpid());
-  const std::string make = "localedef -i de_DE -f UTF-8 " + folder + "/comma >/dev/null 2>&1";
-  const bool made = std::filesystem::create_directory(folder) && std::system(make.c_str()) == 0;
-};
 
 template <class Number> std::pair<int, Number> converted(const tqString& text) {
   Number number = 7;
