@@ -26,6 +26,7 @@
 #include "Warn.h"
 #include "coredefs.h"
 #include "fortran_io.h"
+#include "io_streams.h"
 #include "tqFilename.h"
 #include "tqList.h"
 #include "tqString.h"
