@@ -1,0 +1,139 @@
+// molreport: what is in structure files in PDB format, and what is wrong with them.
+
+#include "Summary.h"
+#include "Torsions.h"
+
+#include <CLI/CLI.hpp>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <exception>
+#include <string>
+#include <vector>
+
+namespace {
+
+using namespace molreport;
+
+constexpr int success = 0;
+constexpr int failure = 2;  // of an input, an output or the command line
+
+/// Reads the files one after another and hands each that can be used to `report`.
+template <class Report> int forEachFile(const std::vector<std::string>& files, Report report) {
+  int status = success;
+  bool isFirst = true;
+  for (const std::string& file : files) {
+    const Reading reading = readStructure(file);
+    if (!reading.structure) {
+      status = failure;
+      continue;
+    }
+    if (!isFirst) fmt::print("\n");
+    isFirst = false;
+    report(file, reading);
+  }
+  return status;
+}
+
+int summary(const std::vector<std::string>& files) {
+  return forEachFile(files, [](const std::string& file, const Reading& reading) {
+    printSummary(stdout, file, reading);
+  });
+}
+
+int torsions(const std::vector<std::string>& files) {
+  return forEachFile(files, [](const std::string& file, const Reading& reading) {
+    fmt::print("{}\n", file);
+    printTorsions(stdout, *reading.structure);
+  });
+}
+
+constexpr const char* description = "Reports on structure files in PDB format.";
+constexpr const char* footer =
+    "\"molreport FILE...\" is short for \"molreport summary FILE...\", and\n"
+    "\"molreport COMMAND --help\" explains a command.\n\n"
+    "Lines that cannot be used, or are odd, are named on standard error as\n"
+    "file:line: message. The exit status is 0, or 2 when a file cannot be read or has\n"
+    "no atoms, when the report cannot be written, or when the command line is wrong.";
+
+/// The command line: each command has its arguments here and runs when it is parsed.
+class CommandLine {
+public:
+  CommandLine();
+  int run(int argc, char** argv);
+
+private:
+  CLI::App* addFilesCommand(const char* name, const char* text,
+                            int (*command)(const std::vector<std::string>&));
+  bool isCommandOrOption(const std::string& argument) const;
+
+  CLI::App app_{description, "molreport"};
+  std::vector<std::string> files_;
+  int status_ = success;
+};
+
+CommandLine::CommandLine() {
+  app_.require_subcommand(1);
+  app_.failure_message([](const CLI::App*, const CLI::Error& error) {
+    return fmt::format("molreport: {}\nRun molreport --help for more information.\n", error.what());
+  });
+  app_.get_formatter()->column_width(14);
+  app_.get_formatter()->label("SUBCOMMAND", "COMMAND");
+  app_.get_formatter()->label("TEXT", "");
+  app_.get_formatter()->label("REQUIRED", "");
+  addFilesCommand("summary", "Count what the files hold and measure its extent", summary)
+      ->footer("Counted are models, chains, residues, atoms by element and hetero groups, in the\n"
+               "first model and in the whole file. The bounding box, the centroid and the radius\n"
+               "of gyration are those of all atom records of the first model, with equal weight.");
+  addFilesCommand("torsions", "List the backbone torsions phi, psi and omega", torsions)
+      ->footer("Degrees, for each residue of each model that has the atoms N, CA and C. Omega is\n"
+               "that of the link to the next residue, CA-C-N-CA. Residues are linked when C and N\n"
+               "are within 2 angstroms. Of alternate locations, the one with the highest\n"
+               "occupancy in the residue counts, the first letter on a tie.");
+  app_.footer(footer);
+}
+
+CLI::App* CommandLine::addFilesCommand(const char* name, const char* text,
+                                       int (*command)(const std::vector<std::string>&)) {
+  CLI::App* const added = app_.add_subcommand(name, text);
+  added->group("Commands");
+  added->add_option("FILE", files_, "Structure files")->required();
+  added->callback([this, command] { status_ = command(files_); });
+  return added;
+}
+
+bool CommandLine::isCommandOrOption(const std::string& argument) const {
+  const auto isNamed = [&argument](const CLI::App* command) {
+    return command->check_name(argument);
+  };
+  return argument[0] == '-' || !app_.get_subcommands(isNamed).empty();
+}
+
+int CommandLine::run(int argc, char** argv) {
+  std::vector<std::string> arguments(argv + 1, argv + argc);
+  if (!arguments.empty() && !isCommandOrOption(arguments[0]))
+    arguments.insert(arguments.begin(), "summary");
+  std::reverse(arguments.begin(), arguments.end());  // as parse wants them
+  try {
+    app_.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    return app_.exit(error) == 0 ? success : failure;
+  }
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    fmt::print(stderr, "molreport: the report could not be written\n");
+    return failure;
+  }
+  return status_;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return CommandLine().run(argc, argv);
+  } catch (const std::exception& error) {
+    fmt::print(stderr, "molreport: {}\n", error.what());
+    return failure;
+  }
+}
