@@ -56,9 +56,9 @@ inline std::string treeOf(const Structure& structure) {
     for (const Chain* chain : model->chains()) {
       text += fmt::format("{}[", chain->id());
       for (const Residue* residue : chain->residues()) {
-        text += residue->name().text() + residue->label() + "(";
+        text += std::string(residue->name().text()) + residue->label() + "(";
         for (const Atom* atom : residue->atoms()) {
-          text += atom->name().text();
+          text += std::string(atom->name().text());
           if (atom->location() != ' ') text += fmt::format(".{}", atom->location());
           text += ',';
         }

@@ -151,8 +151,22 @@ TEST(MolreportElement, ComesFromItsColumnsOrFromTheNameOfTheAtom) {
       {"  ", "CL12", "LIG", "CL"}, {"  ", "CB12", "LIG", "C"},  {"  ", " O5*", "DA", "O"},
       {"  ", "SE  ", "MSE", "SE"}, {"  ", "Q1  ", "ALA", "X"},  {"09", "  12", "LIG", "X"}};
   for (const auto& c : cases)
-    EXPECT_STREQ(elementOf(c.symbol, c.name, isStandardResidue(c.residue)).text(), c.element)
+    EXPECT_EQ(elementOf(c.symbol, c.name, isStandardResidue(c.residue)).text(), c.element)
         << c.symbol << '|' << c.name << '|' << c.residue;
+}
+
+TEST(MolreportTree, StoresEveryNameOnce) {
+  const TextReading result =
+      readText(good + "\n" + with(other, 18, "ALA") + with(good, 23, "   7"));
+  const Children<Residue> residues = result.reading.structure->models()[0]->chains()[0]->residues();
+  ASSERT_EQ(residues.count(), 3);
+  const Atom& first = *residues[0]->atoms()[0];
+  const Atom& last = *residues[2]->atoms()[0];
+  EXPECT_EQ(first.name().text().data(), last.name().text().data());
+  EXPECT_EQ(residues[0]->name().text().data(), residues[2]->name().text().data());
+  EXPECT_TRUE(first.name() == Name("N") && first.element() == Name("N"));
+  EXPECT_TRUE(residues[0]->name() != residues[1]->name());
+  EXPECT_TRUE(Name() == Name("") && Name(nullptr).isEmpty());
 }
 
 TEST(MolreportTree, SortsAtomsIntoModelsChainsAndResidues) {
@@ -237,7 +251,7 @@ TEST(MolreportTorsions, AreThoseThatThePeptideWasBuiltWith) {
     for (int i = 0; i < idealLength; ++i) {
       const BackboneTorsions& row = rows[static_cast<std::size_t>(i)];
       const std::string what = fmt::format("model {}, residue {}", m, row.residue->label());
-      EXPECT_STREQ(row.residue->name().text(), idealResidues[i].name) << what;
+      EXPECT_EQ(row.residue->name().text(), idealResidues[i].name) << what;
       EXPECT_EQ(row.residue->number(), idealResidues[i].number) << what;
       EXPECT_EQ(row.residue->insertionCode(), idealResidues[i].insertionCode) << what;
       if (i > 0) expectTurn(row.phi, idealTorsions[m][i].phi, what + " phi");
@@ -266,7 +280,7 @@ std::string definedTorsions(const std::string& text) {
   const TextReading result = readText(text);
   std::string defined;
   for (const BackboneTorsions& row : torsionsOf(*result.reading.structure->models()[0])) {
-    defined += row.residue->name().text() + row.residue->label() + ":";
+    defined += std::string(row.residue->name().text()) + row.residue->label() + ":";
     if (row.phi.isDefined) defined += " phi";
     if (row.psi.isDefined) defined += " psi";
     if (row.omega.isDefined) defined += " omega";

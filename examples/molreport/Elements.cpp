@@ -1,7 +1,6 @@
 #include "Elements.h"
 
 #include <algorithm>
-#include <cstring>
 #include <iterator>
 #include <string_view>
 
@@ -16,7 +15,7 @@ constexpr std::string_view symbols =
     " UNPPUAMCMBKCFESFMMDNOLRRFDBSGBHHSMTDSRGCNNHFLMCLVTSOG";
 
 // Residues whose atoms are hydrogen, carbon, nitrogen, oxygen, phosphorus and sulphur only.
-constexpr const char* standardResidues[] = {
+constexpr std::string_view standardResidues[] = {
     "A",   "ALA", "ARG", "ASN", "ASP", "C",   "CYS", "DA",  "DC", "DG",  "DI",
     "DT",  "DU",  "G",   "GLN", "GLU", "GLY", "HIS", "HOH", "I",  "ILE", "LEU",
     "LYS", "MET", "PHE", "PRO", "SER", "THR", "TRP", "TYR", "U",  "VAL", "WAT"};
@@ -56,10 +55,8 @@ int isElementSymbol(const char* columns) {
   return isSymbol(columns[0], columns[1]) || (columns[1] == ' ' && isSymbol(' ', columns[0]));
 }
 
-int isStandardResidue(const char* residueName) {
-  const auto precedes = [](const char* a, const char* b) { return std::strcmp(a, b) < 0; };
-  return std::binary_search(std::begin(standardResidues), std::end(standardResidues), residueName,
-                            precedes);
+int isStandardResidue(std::string_view residueName) {
+  return std::binary_search(std::begin(standardResidues), std::end(standardResidues), residueName);
 }
 
 Name elementOf(const char* symbolColumns, const char* nameColumns, int inStandardResidue) {

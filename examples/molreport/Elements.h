@@ -21,7 +21,7 @@ namespace molreport {
 Name elementOf(const char* symbolColumns, const char* nameColumns, int inStandardResidue);
 
 /// 1 for the names of amino acids, nucleotides and water, whose atoms all have one-letter symbols.
-int isStandardResidue(const char* residueName);
+int isStandardResidue(std::string_view residueName);
 
 /// 1 when columns 77-78 hold the symbol of an element, "D" and "X" included.
 int isElementSymbol(const char* columns);

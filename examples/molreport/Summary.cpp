@@ -74,12 +74,12 @@ void Counts::add(const Model& model) {
       if (isWater(residue->name()))
         ++waters;
       else if (residue->atoms()[0]->isHetero())
-        ++heteroGroups[shownName(residue->name())];
+        ++heteroGroups[std::string(shownName(residue->name()))];
     }
   }
   forEachAtom(model, [this](const Chain&, const Residue&, const Atom& atom) {
     ++atoms;
-    ++elements[atom.element().text()];
+    ++elements[std::string(atom.element().text())];
     if (atom.location() != ' ') ++alternates;
   });
 }

@@ -6,7 +6,9 @@ namespace molreport {
 
 std::string shownChain(char id) { return id == ' ' ? "(blank)" : std::string(1, id); }
 
-const char* shownName(Name name) { return name.isEmpty() ? "?" : name.text(); }
+std::string_view shownName(Name name) {
+  return name.isEmpty() ? std::string_view("?") : name.text();
+}
 
 std::string shownResidue(const Chain& chain, const Residue& residue) {
   return fmt::format("{} {} {}", shownName(residue.name()), shownChain(chain.id()),

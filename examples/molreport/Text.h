@@ -4,6 +4,7 @@
 #include "Structure.h"
 
 #include <string>
+#include <string_view>
 
 /// \file Text.h
 /// How the reports show names and numbers.
@@ -14,7 +15,7 @@ namespace molreport {
 std::string shownChain(char id);
 
 /// A name, or "?" for an empty one, so that columns stay columns.
-const char* shownName(Name name);
+std::string_view shownName(Name name);
 
 /// As "ARG A 59B".
 std::string shownResidue(const Chain& chain, const Residue& residue);

@@ -41,7 +41,8 @@ std::size_t TreeBuilder::ResidueHash::operator()(const ResidueKey& key) const {
   const std::hash<const void*> address;
   const auto number =
       static_cast<unsigned>(key.number) * 256u + static_cast<unsigned char>(key.insertionCode);
-  return (address(key.chain) ^ address(key.name.text()) << 20 ^ number) * 0x9E3779B97F4A7C15u;
+  return (address(key.chain) ^ address(key.name.text().data()) << 20 ^ number) *
+         0x9E3779B97F4A7C15u;
 }
 
 void TreeBuilder::openModel(int number) {
