@@ -26,9 +26,9 @@
 /// left, reading goes on behind the last `(`, unless the group moved no column.
 ///
 /// The line ends at its NUL, and the fields behind it are blank. A newline cuts a field short, but
-/// columns are counted on across it. A field that is blank or begins with no number reads as 0; what
-/// follows a number in its field is ignored, and numbers out of range are those of the C library
-/// (the nearest `long`, then narrowed). Numbers are read as in the "C" locale, whatever the
+/// columns are counted on across it. A field that is blank or begins with no number reads as 0;
+/// what follows a number in its field is ignored, and numbers out of range are those of the C
+/// library (the nearest `long`, then narrowed). Numbers are read as in the "C" locale, whatever the
 /// process's locale is.
 ///
 /// \param line null counts as empty.
