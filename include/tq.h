@@ -22,6 +22,7 @@
 #include "Point3D.h"
 #include "Table.h"
 #include "Trigger.h"
+#include "UserData.h"
 #include "UserDataItem.h"
 #include "Warn.h"
 #include "coredefs.h"

@@ -18,13 +18,14 @@ class tqUserData;
 /// tree being copied is mapped to the node's copy, one that leaves the tree is dropped.
 ///
 /// A parent owns its children, in order, and destroys them first to last; a node that is destroyed
-/// leaves its parent. A class derived from it overrides `shallowCopy` with its own copy
-/// constructor, and the identity queries.
+/// leaves its parent. A node owns its attributes. A class derived from it overrides `shallowCopy`
+/// with its own copy constructor, and the identity queries.
 class TQ_API tqTreeNode : public tqBase, public tqCopyable {
 public:
   /// A node without parent and children, with an OID.
   tqTreeNode();
-  /// A copy without parent; its children are the source's until `deepenShallowCopy`.
+  /// A copy without parent; its children and attributes are the source's until `deepenShallowCopy`,
+  /// and destroying it before leaves them alone.
   tqTreeNode(const tqTreeNode& other);
   tqTreeNode& operator=(const tqTreeNode&) = delete;
 
@@ -41,8 +42,17 @@ public:
   /// Hands a child back to the caller; nodes that are no children are ignored.
   void removeChild(tqTreeNode* node);
 
-  /// A copy of this node and all below it, which the caller owns: a tree of its own. Sets
-  /// `_copyRoot` meanwhile.
+  /// The attributes of this node, made on first use.
+  tqUserData* userData();
+  /// Null when the node has no attributes so far.
+  const tqUserData* userData() const { return userData_; }
+
+  /// A copy of this node and all below it with their attributes, which the caller owns: a tree of
+  /// its own. Sets `_copyRoot` meanwhile.
+  ///
+  /// Attributes that refer to nodes of the tree refer to their copies in the copy; references to
+  /// other nodes and to destroyed objects are 0 there, those to objects that are no nodes stay.
+  /// \snippet copy_tree.cpp copy
   tqTreeNode* copyTree();
 
   ~tqTreeNode() override;
@@ -50,14 +60,22 @@ public:
   const char* className() const override;  ///< "TreeNode"
   int isA(unsigned id) const override;     ///< 1 for 1000 and 0
   tqCopyable* shallowCopy() const override;
+  /// Copies the children and below, then the attributes of all nodes met: by then most references
+  /// find their copy made, and a chain of them, however long, is followed without recursion.
+  /// Nothing when the node has children and attributes of its own already.
   void deepenShallowCopy() override;
 
   /// Root of the tree that is being copied, null between copies.
   static tqTreeNode* _copyRoot;
 
 private:
+  void deepenChildren();
+  void deepenAttributes();
+
   tqTreeNode* parent_ = nullptr;
   tqBaseList children_{0};
+  tqUserData* userData_ = nullptr;
+  bool borrowsUserData_ = false;  // it is the source's: this is a shallow copy
 };
 
 /// A collection of objects. The library uses `deepCopy`.
