@@ -77,6 +77,16 @@ TEST(MolreportProgram, TabulatesTorsions) {
       << result.out;
 }
 
+TEST(MolreportProgram, TakesSelectionsThatLookLikeOptions) {
+  const std::string file =
+      writeFile("molreport_dash.pdb", with(atomLine(" CA", "GLY -  -3", {1, 2, 3}), 7, "    7"));
+  const Outcome result = run("attributes -/-3/CA " + file + " --set charge=-1 --set serial=-2");
+  EXPECT_EQ(result.status, 0);
+  EXPECT_NE(result.out.find("-/-3/CA         serial        -2\n"), std::string::npos)
+      << result.out << result.messages;
+  EXPECT_NE(result.out.find("charge        -1\n"), std::string::npos);
+}
+
 TEST(MolreportProgram, ExplainsItself) {
   for (const char* arguments : {"--help", "summary --help", "torsions -h"}) {
     const Outcome result = run(arguments);

@@ -1,6 +1,7 @@
 #include "Reader.h"
 
 #include "AtomRecord.h"
+#include "Connections.h"
 #include "FileStream.h"
 #include "Hybrid36.h"
 #include "Progress.h"
@@ -39,15 +40,19 @@ private:
   void readAtom(const Line& line);
   void readModel(const Line& line);
   void readTer(const Line& line);
+  void readConnection(const Line& line);
   void closeModel();
-  void refuse(const std::string& message);
-  void remark(const std::string& message);
+  void refuse(const std::string& message) { refuse(reading_.lines, message); }
+  void refuse(int lineNumber, const std::string& message);
+  void remark(const std::string& message) { remark(reading_.lines, message); }
+  void remark(int lineNumber, const std::string& message);
   bool fail(const std::string& message);
 
   std::string path_;
   Progress progress_;
   std::unique_ptr<Structure> structure_;
   TreeBuilder builder_;
+  Connections connections_;
   AtomRecord record_;
   Reading reading_;
 };
@@ -72,6 +77,9 @@ bool Reader::readLines() {
     progress_.advance(bytes + 1);
   }
   closeModel();
+  connections_.join(*structure_, [this](int number, const std::string& message, bool isUseless) {
+    isUseless ? refuse(number, message) : remark(number, message);
+  });
   progress_.clear();
   return true;
 }
@@ -85,6 +93,8 @@ void Reader::readLine(const Line& line) {
     readModel(line);
   else if (line.startsWith("TER") && line.column(4) == ' ')
     readTer(line);
+  else if (line.startsWith("CONECT"))
+    readConnection(line);
   else if (line.startsWith("ENDMDL") || line.field(1, 6) == "END")
     closeModel();
 }
@@ -120,16 +130,21 @@ void Reader::readTer(const Line& line) {
     builder_.endChain();
 }
 
-void Reader::refuse(const std::string& message) {
-  ++reading_.refused;
-  progress_.clear();
-  fmt::print(stderr, "{}:{}: {}, line not used\n", path_, reading_.lines, message);
+void Reader::readConnection(const Line& line) {
+  const std::string fault = connections_.add(line, reading_.lines);
+  if (!fault.empty()) refuse(fault);
 }
 
-void Reader::remark(const std::string& message) {
+void Reader::refuse(int lineNumber, const std::string& message) {
+  ++reading_.refused;
+  progress_.clear();
+  fmt::print(stderr, "{}:{}: {}, line not used\n", path_, lineNumber, message);
+}
+
+void Reader::remark(int lineNumber, const std::string& message) {
   ++reading_.remarked;
   progress_.clear();
-  fmt::print(stderr, "{}:{}: {}\n", path_, reading_.lines, message);
+  fmt::print(stderr, "{}:{}: {}\n", path_, lineNumber, message);
 }
 
 bool Reader::fail(const std::string& message) {

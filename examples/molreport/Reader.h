@@ -9,9 +9,9 @@
 /// \file Reader.h
 /// Reading a structure file in PDB format, of version 3.3 or an older release, into a tree.
 ///
-/// Read are TITLE, MODEL, ENDMDL, ATOM, HETATM, TER and END; other lines are passed over. Atoms
-/// before the first MODEL open a model, as do those after an ENDMDL or END without a new MODEL;
-/// `TreeBuilder` says how they are sorted into chains and residues.
+/// Read are TITLE, MODEL, ENDMDL, ATOM, HETATM, TER, CONECT and END; other lines are passed over.
+/// Atoms before the first MODEL open a model, as do those after an ENDMDL or END without a new
+/// MODEL; `TreeBuilder` says how they are sorted into chains and residues.
 
 namespace molreport {
 

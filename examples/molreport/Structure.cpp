@@ -1,24 +1,45 @@
 #include "Structure.h"
 
+#include "UserData.h"
+
 #include <algorithm>
 #include <iterator>
 #include <map>
 
 namespace molreport {
 
+namespace {
+
+template <class Number> Number fact(const tqTreeNode& node, const char* name, Number otherwise) {
+  if (node.userData()) node.userData()->findUserData(name, otherwise);
+  return otherwise;
+}
+
+}  // namespace
+
 void Atom::moveTo(const tqPoint3D& position) {
   position_ = position;
   doTrigger(movedEvent);
 }
 
-void Atom::setFacts(int serial, char location, float occupancy, float temperatureFactor,
-                    int charge) {
-  serial_ = serial;
-  location_ = location;
-  occupancy_ = occupancy;
-  temperatureFactor_ = temperatureFactor;
-  charge_ = static_cast<signed char>(charge);
+int Atom::serial() const { return fact(*this, facts::serial, 0); }
+
+char Atom::location() const {
+  char letter[2] = "";
+  int size = sizeof letter;
+  if (userData()) userData()->findUserData(facts::location, size, letter);
+  return letter[0] == '\0' ? ' ' : letter[0];
 }
+
+float Atom::occupancy() const { return fact(*this, facts::occupancy, 1.0f); }
+
+float Atom::temperatureFactor() const { return fact(*this, facts::temperatureFactor, 0.0f); }
+
+int Atom::charge() const { return fact(*this, facts::charge, 0); }
+
+bool Residue::isHetero() const { return fact(*this, facts::hetero, 0) != 0; }
+
+bool Residue::isChainEnd() const { return fact(*this, facts::chainEnd, 0) != 0; }
 
 std::string Residue::label() const {
   std::string text = std::to_string(number_);

@@ -16,6 +16,21 @@ namespace molreport {
 /// The event that an atom dispatches when it moves.
 constexpr int movedEvent = 0x1001;
 
+/// Names of the attributes in which the nodes keep what a file says about them. Only what the file
+/// gives is there: an atom without charge has no attribute for it.
+namespace facts {
+// Of atoms.
+constexpr const char* serial = "serial";                 ///< int
+constexpr const char* occupancy = "occupancy";           ///< float
+constexpr const char* temperatureFactor = "tempFactor";  ///< float
+constexpr const char* charge = "charge";                 ///< int
+constexpr const char* location = "altLoc";               ///< text: the letter
+constexpr const char* bonds = "bonds";                   ///< OIDs of the atoms of CONECT records
+// Of residues.
+constexpr const char* hetero = "hetero";  ///< int: 1, opened by a HETATM record
+constexpr const char* chainEnd = "ter";   ///< int: 1, followed by a TER record
+}  // namespace facts
+
 /// What the nodes share: the answers of the class table, and copies of the right class.
 ///
 /// `Self` names its entry of the table in `tableId` and `tableName`.
@@ -78,20 +93,21 @@ public:
   /// Puts the atom elsewhere and dispatches `movedEvent`.
   void moveTo(const tqPoint3D& position);
 
+  // What the file says beyond that is kept in attributes (see `facts`).
+  /// 0 when there is none.
+  int serial() const;
   /// The letter of the alternate location, ' ' for none.
-  char location() const { return location_; }
-  float occupancy() const { return occupancy_; }
-  void setFacts(int serial, char location, float occupancy, float temperatureFactor, int charge);
+  char location() const;
+  float occupancy() const;
+  /// In square angstroms.
+  float temperatureFactor() const;
+  /// In elementary charges.
+  int charge() const;
 
 private:
   tqPoint3D position_;
   Name name_;
   Name element_;
-  int serial_ = 0;
-  float occupancy_ = 1.0f;
-  float temperatureFactor_ = 0.0f;
-  signed char charge_ = 0;
-  char location_ = ' ';
   char nameOffset_;
   bool isHetero_;
 };
@@ -116,6 +132,10 @@ public:
   std::string label() const;
 
   Children<Atom> atoms() const { return Children<Atom>(*this); }
+  /// Whether a HETATM record opened the residue.
+  bool isHetero() const;
+  /// Whether a TER record ends the polymer here.
+  bool isChainEnd() const;
 
   /// The location at which the residue is measured: the letter whose atoms have the highest
   /// occupancy in total, the first such letter on a tie; ' ' when no atom has a letter.

@@ -73,7 +73,7 @@ void Counts::add(const Model& model) {
       ++residues;
       if (isWater(residue->name()))
         ++waters;
-      else if (residue->atoms()[0]->isHetero())
+      else if (residue->isHetero())
         ++heteroGroups[std::string(shownName(residue->name()))];
     }
   }

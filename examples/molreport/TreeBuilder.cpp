@@ -2,6 +2,7 @@
 
 #include "Elements.h"
 #include "Text.h"
+#include "UserData.h"
 
 #include <fmt/format.h>
 
@@ -28,6 +29,14 @@ Name trimmedName(const char* columns) {
   std::memcpy(text, columns, length);
   text[length] = '\0';
   return {text};
+}
+
+void addFacts(tqUserData& own, const AtomRecord& record) {
+  if (record.hasSerial) own.addUserData(facts::serial, record.serial);
+  own.addUserData(facts::occupancy, static_cast<float>(record.occupancy));
+  own.addUserData(facts::temperatureFactor, static_cast<float>(record.temperatureFactor));
+  if (record.charge != 0) own.addUserData(facts::charge, record.charge);
+  if (record.location[0] != ' ') own.addUserData(facts::location, record.location);
 }
 
 }  // namespace
@@ -61,6 +70,14 @@ int TreeBuilder::closeModel() {
   return isEmpty ? 0 : 1;
 }
 
+void TreeBuilder::endChain(char id) {
+  slot(id).isEnded = true;
+  const Chain* const chain = slot(id).chain;
+  if (!model_ || !chain || chain->childCount() == 0) return;
+  Residue* const last = chain->residues()[chain->childCount() - 1];
+  last->userData()->addUserData(facts::chainEnd, 1);
+}
+
 void TreeBuilder::endChain() {
   if (residue_) endChain(key_.chain->id());
 }
@@ -81,6 +98,7 @@ std::string TreeBuilder::add(const AtomRecord& record, std::string& remark) {
     residue_ = tqAllocated(new Residue(key_.name, key_.number, key_.insertionCode));
     slot(record.chain[0]).chain->addChild(residue_);
     slot(record.chain[0]).lastNumber = key_.number;
+    if (record.isHetero) residue_->userData()->addUserData(facts::hetero, 1);
     residues_[key_] = residue_;
   }
   residue_->addChild(atom.release());
@@ -130,9 +148,7 @@ Atom* TreeBuilder::makeAtom(const AtomRecord& record) {
   });
   const auto offset = static_cast<int>(std::strspn(record.nameColumns, " "));
   Atom* const atom = tqAllocated(new Atom(name, offset, element, record.isHetero));
-  atom->setFacts(record.hasSerial ? record.serial : 0, record.location[0],
-                 static_cast<float>(record.occupancy), static_cast<float>(record.temperatureFactor),
-                 record.charge);
+  addFacts(*atom->userData(), record);
   atom->moveTo(tqPoint3D(record.xyz));
   return atom;
 }

@@ -52,7 +52,7 @@ public:
   /// Closes the model, if one is open. 0 when it had no atoms, and then it is gone; else 1.
   int closeModel();
   /// Ends the polymer of chain `id` in the open model.
-  void endChain(char id) { slot(id).isEnded = true; }
+  void endChain(char id);
   /// Ends the polymer of the last atom.
   void endChain();
 

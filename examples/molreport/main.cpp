@@ -1,5 +1,6 @@
 // molreport: what is in structure files in PDB format, and what is wrong with them.
 
+#include "Attributes.h"
 #include "Summary.h"
 #include "Torsions.h"
 
@@ -49,6 +50,30 @@ int torsions(const std::vector<std::string>& files) {
   });
 }
 
+/// Reads one file and hands it to `report`, which returns what is wrong with the request.
+template <class Report> int withFile(const std::string& file, Report report) {
+  const Reading reading = readStructure(file);
+  if (!reading.structure) return failure;
+  const std::string fault = report(*reading.structure);
+  if (fault.empty()) return success;
+  fmt::print(stderr, "molreport: {}: {}\n", file, fault);
+  return failure;
+}
+
+/// A selection in a chain whose id is "-" looks like an option; a byte that no argument starts with
+/// stands in for the "-" while the command line is parsed.
+constexpr char guard = '\x01';
+
+std::string guarded(std::string argument) {
+  if (argument.compare(0, 2, "-/") == 0) argument[0] = guard;
+  return argument;
+}
+
+std::string unguarded(std::string argument) {
+  if (!argument.empty() && argument[0] == guard) argument[0] = '-';
+  return argument;
+}
+
 constexpr const char* description = "Reports on structure files in PDB format.";
 constexpr const char* footer =
     "\"molreport FILE...\" is short for \"molreport summary FILE...\", and\n"
@@ -66,10 +91,14 @@ public:
 private:
   CLI::App* addFilesCommand(const char* name, const char* text,
                             int (*command)(const std::vector<std::string>&));
+  void addAttributesCommand();
   bool isCommandOrOption(const std::string& argument) const;
 
   CLI::App app_{description, "molreport"};
   std::vector<std::string> files_;
+  std::string file_;
+  std::string selection_;
+  std::vector<std::string> settings_;
   int status_ = success;
 };
 
@@ -91,7 +120,30 @@ CommandLine::CommandLine() {
                "that of the link to the next residue, CA-C-N-CA. Residues are linked when C and N\n"
                "are within 2 angstroms. Of alternate locations, the one with the highest\n"
                "occupancy in the residue counts, the first letter on a tie.");
+  addAttributesCommand();
   app_.footer(footer);
+}
+
+void CommandLine::addAttributesCommand() {
+  CLI::App* const added = app_.add_subcommand("attributes", "List what the file says of atoms");
+  added->group("Commands");
+  added->add_option("SELECTION", selection_, "CHAIN/RESIDUE/ATOM, or CHAIN/RESIDUE")->required();
+  added->add_option("FILE", file_, "Structure file")->required();
+  added->add_option("--set", settings_, "Set an attribute before listing; may be repeated")
+      ->type_name("NAME=VALUE")
+      ->allow_extra_args(false);
+  added->footer(
+      "A/-3/CA is the atom CA of residue -3 in chain A, A/59B/* are all atoms of residue 59\n"
+      "with insertion code B, */*/ZN all atoms ZN, /7/O is in the chain without id. A/-3\n"
+      "is the residue itself.\n\n"
+      "Atoms have serial, occupancy, tempFactor, charge, altLoc and bonds, residues\n"
+      "hetero and ter, as far as the file gives them. Set attributes keep their kind: a\n"
+      "number is read from the text; new ones are texts. The file is not changed.");
+  added->callback([this] {
+    status_ = withFile(file_, [this](const Structure& structure) {
+      return printAttributes(stdout, structure, unguarded(selection_), settings_);
+    });
+  });
 }
 
 CLI::App* CommandLine::addFilesCommand(const char* name, const char* text,
@@ -114,6 +166,7 @@ int CommandLine::run(int argc, char** argv) {
   std::vector<std::string> arguments(argv + 1, argv + argc);
   if (!arguments.empty() && !isCommandOrOption(arguments[0]))
     arguments.insert(arguments.begin(), "summary");
+  std::transform(arguments.begin(), arguments.end(), arguments.begin(), guarded);
   std::reverse(arguments.begin(), arguments.end());  // as parse wants them
   try {
     app_.parse(arguments);
