@@ -207,6 +207,8 @@ TEST(MolreportTree, SortsAtomsIntoModelsChainsAndResidues) {
                 "1[A[GLY1(N) SER2(N)]]"},
                {"no line end, other records", "ANISOU\nATOMS\nHELIX\n\n" + n1.substr(0, 54),
                 "1[A[GLY1(N)]]"},
+               {"a very long line", n1.substr(0, 66) + std::string(2000, ' ') + n2 + n2,
+                "1[A[GLY1(N) SER2(N)]]"},
                {"no atoms", "HEADER\n", "(no structure)"},
                {"nothing", "", "(no structure)"}};
   for (const auto& c : cases) EXPECT_EQ(readTree(c.text), c.tree) << c.label;

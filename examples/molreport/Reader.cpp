@@ -9,7 +9,6 @@
 
 #include <fmt/format.h>
 
-#include <cerrno>
 #include <cstring>
 #include <filesystem>
 
@@ -58,24 +57,27 @@ private:
 };
 
 Reading Reader::read() {
-  const bool isUsable = readLines() && (structure_->childCount() > 0 || fail("no atoms"));
+  const bool isUsable = readLines() && (structure_->childCount() > 0 || fail(path_ + ": no atoms"));
   if (isUsable) reading_.structure = std::move(structure_);
   return std::move(reading_);
 }
 
 bool Reader::readLines() {
-  std::error_code ignored;
-  if (std::filesystem::is_directory(path_, ignored)) return fail(std::strerror(EISDIR));
   FileStream file(path_.c_str());
-  if (file.open_input() != 1) return fail(std::strerror(errno));
+  if (file.open_input() != 1) return fail(file.error());
   char buffer[longestLine];
   char* text = buffer;
   int bytes;
+  bool isLineStart = true;
   while ((bytes = file.get_oneline(text, longestLine)) >= 0) {
-    ++reading_.lines;
-    readLine({text, static_cast<int>(std::strlen(text))});
-    progress_.advance(bytes + 1);
+    if (isLineStart) {
+      ++reading_.lines;
+      readLine({text, static_cast<int>(std::strlen(text))});
+    }
+    isLineStart = file.isWholeLine();
+    progress_.advance(isLineStart ? bytes + 1 : bytes);
   }
+  if (!file.error().empty()) return fail(file.error());
   closeModel();
   connections_.join(*structure_, [this](int number, const std::string& message, bool isUseless) {
     isUseless ? refuse(number, message) : remark(number, message);
@@ -149,7 +151,7 @@ void Reader::remark(int lineNumber, const std::string& message) {
 
 bool Reader::fail(const std::string& message) {
   progress_.clear();
-  fmt::print(stderr, "molreport: {}: {}\n", path_, message);
+  fmt::print(stderr, "molreport: {}\n", message);
   return false;
 }
 
