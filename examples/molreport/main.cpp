@@ -1,6 +1,7 @@
 // molreport: what is in structure files in PDB format, and what is wrong with them.
 
 #include "Attributes.h"
+#include "Rms.h"
 #include "Summary.h"
 #include "Torsions.h"
 
@@ -47,6 +48,13 @@ int torsions(const std::vector<std::string>& files) {
   return forEachFile(files, [](const std::string& file, const Reading& reading) {
     fmt::print("{}\n", file);
     printTorsions(stdout, *reading.structure);
+  });
+}
+
+int rms(const std::vector<std::string>& files) {
+  return forEachFile(files, [](const std::string& file, const Reading& reading) {
+    fmt::print("{}\n", file);
+    printRms(stdout, *reading.structure);
   });
 }
 
@@ -120,6 +128,12 @@ CommandLine::CommandLine() {
                "that of the link to the next residue, CA-C-N-CA. Residues are linked when C and N\n"
                "are within 2 angstroms. Of alternate locations, the one with the highest\n"
                "occupancy in the residue counts, the first letter on a tie.");
+  addFilesCommand("rms", "Compare each model with the first", rms)
+      ->footer("The root mean square deviation in angstroms over the atoms that both models have:\n"
+               "same chain, residue number and insertion code, atom name and letter of the\n"
+               "alternate location. The models are compared as they stand, nothing is superposed.\n"
+               "Counted are the atoms of the model and those matched with the first model; a\n"
+               "model without such atoms has a - for its deviation.");
   addAttributesCommand();
   app_.footer(footer);
 }
