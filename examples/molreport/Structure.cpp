@@ -19,6 +19,13 @@ template <class Number> Number fact(const tqTreeNode& node, const char* name, Nu
 
 void Atom::moveTo(const tqPoint3D& position) {
   position_ = position;
+  isPresent_ = true;
+  doTrigger(movedEvent);
+}
+
+void Atom::setAbsent() {
+  if (!isPresent_) return;
+  isPresent_ = false;
   doTrigger(movedEvent);
 }
 

@@ -90,8 +90,13 @@ public:
   bool isHetero() const { return isHetero_; }
   /// In angstroms.
   const tqPoint3D& position() const { return position_; }
-  /// Puts the atom elsewhere and dispatches `movedEvent`.
+  /// Puts the atom elsewhere, and there if it was absent, and dispatches `movedEvent`.
   void moveTo(const tqPoint3D& position);
+  /// Says that the atom is not there for the time being, and dispatches `movedEvent`; nothing when
+  /// it is absent already.
+  void setAbsent();
+  /// 0 while the atom is absent.
+  int isValidObject() const override { return isPresent_ ? 1 : 0; }
 
   // What the file says beyond that is kept in attributes (see `facts`).
   /// 0 when there is none.
@@ -110,6 +115,7 @@ private:
   Name element_;
   char nameOffset_;
   bool isHetero_;
+  bool isPresent_ = true;
 };
 
 /// A residue, nucleotide, ligand, ion or water.

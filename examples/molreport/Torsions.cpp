@@ -67,12 +67,7 @@ bool areInLine(const tqPoint3D& a, const tqPoint3D& b, const tqPoint3D& c) {
 }
 
 Torsion torsion(const Atom* first, const Atom* second, const Atom* third, const Atom* fourth) {
-  const tqPoint3D& a = first->position();
-  const tqPoint3D& b = second->position();
-  const tqPoint3D& c = third->position();
-  const tqPoint3D& d = fourth->position();
-  if (areInLine(a, b, c) || areInLine(b, c, d)) return {};
-  return {true, tqPoint3D::dihedral(a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z, d.x, d.y, d.z)};
+  return torsionOf(first->position(), second->position(), third->position(), fourth->position());
 }
 
 std::string shown(const Torsion& angle) {
@@ -80,6 +75,11 @@ std::string shown(const Torsion& angle) {
 }
 
 }  // namespace
+
+Torsion torsionOf(const tqPoint3D& a, const tqPoint3D& b, const tqPoint3D& c, const tqPoint3D& d) {
+  if (areInLine(a, b, c) || areInLine(b, c, d)) return {};
+  return {true, tqPoint3D::dihedral(a.x, a.y, a.z, b.x, b.y, b.z, c.x, c.y, c.z, d.x, d.y, d.z)};
+}
 
 std::vector<BackboneTorsions> torsionsOf(const Model& model) {
   std::vector<BackboneTorsions> all;

@@ -21,6 +21,9 @@ struct Torsion {
   double degrees = 0.0;
 };
 
+/// The torsion of four points in a chain; none when three that follow each other lie in line.
+Torsion torsionOf(const tqPoint3D& a, const tqPoint3D& b, const tqPoint3D& c, const tqPoint3D& d);
+
 /// The torsions of residue i, linked with residues i-1 and i+1:
 /// phi C(i-1)-N(i)-CA(i)-C(i), psi N(i)-CA(i)-C(i)-N(i+1), omega CA(i)-C(i)-N(i+1)-CA(i+1).
 ///

@@ -1,6 +1,7 @@
 // molreport: what is in structure files in PDB format, and what is wrong with them.
 
 #include "Attributes.h"
+#include "Monitor.h"
 #include "Rms.h"
 #include "Summary.h"
 #include "Torsions.h"
@@ -100,6 +101,7 @@ private:
   CLI::App* addFilesCommand(const char* name, const char* text,
                             int (*command)(const std::vector<std::string>&));
   void addAttributesCommand();
+  void addMonitorCommand();
   bool isCommandOrOption(const std::string& argument) const;
 
   CLI::App app_{description, "molreport"};
@@ -107,6 +109,7 @@ private:
   std::string file_;
   std::string selection_;
   std::vector<std::string> settings_;
+  std::vector<std::string> specs_;
   int status_ = success;
 };
 
@@ -135,6 +138,7 @@ CommandLine::CommandLine() {
                "Counted are the atoms of the model and those matched with the first model; a\n"
                "model without such atoms has a - for its deviation.");
   addAttributesCommand();
+  addMonitorCommand();
   app_.footer(footer);
 }
 
@@ -156,6 +160,28 @@ void CommandLine::addAttributesCommand() {
   added->callback([this] {
     status_ = withFile(file_, [this](const Structure& structure) {
       return printAttributes(stdout, structure, unguarded(selection_), settings_);
+    });
+  });
+}
+
+void CommandLine::addMonitorCommand() {
+  CLI::App* const added = app_.add_subcommand("monitor", "Follow distances and angles");
+  added->group("Commands")->positionals_at_end();  // so that SPEC leaves one for FILE
+  added->add_option("SPEC", specs_, "2, 3 or 4 atoms: CHAIN/RESIDUE/ATOM,...")->required();
+  added->add_option("FILE", file_, "Structure file")->required();
+  added->footer(
+      "A/-3/CA,A/20/CA is the distance between two atoms in angstroms; three atoms are the\n"
+      "angle at the second, four a torsion, both in degrees. A/59B/N has an insertion code,\n"
+      "/7/O is in the chain without id.\n\n"
+      "The atoms are those of the first model; its values and those of the other models are\n"
+      "listed, one row per model. Of alternate locations, the one with the highest occupancy\n"
+      "in the residue is followed, the first letter on a tie; the letter stands in brackets.\n"
+      "\"missing\": the model lacks one of the atoms. \"undefined\": atoms of an angle in one\n"
+      "place, or three atoms of a torsion in line.");
+  added->callback([this] {
+    std::transform(specs_.begin(), specs_.end(), specs_.begin(), unguarded);
+    status_ = withFile(file_, [this](const Structure& structure) {
+      return printMonitors(stdout, structure, specs_);
     });
   });
 }
