@@ -21,15 +21,27 @@
 /// | `aN` | `char*`   | N characters and a NUL, padded with blanks behind the end of the line   |
 /// | `xN` | none      | skips N columns                                                         |
 ///
-/// Items are separated by `,`; white space before an item is skipped. `(` opens a group, after `)`
-/// an item is expected. At the end of a format that opened a group, while columns of the line are
-/// left, reading goes on behind the last `(`, unless the group moved no column.
+/// Items are separated by `,`; white space before an item is skipped. `(` opens a group. At the end
+/// of a format that opened one, while columns of the line are left, reading goes on behind the last
+/// `(`, unless the group moved no column.
 ///
-/// The line ends at its NUL, and the fields behind it are blank. A newline cuts a field short, but
-/// columns are counted on across it. A field that is blank or begins with no number reads as 0;
-/// what follows a number in its field is ignored, and numbers out of range are those of the C
-/// library (the nearest `long`, then narrowed). Numbers are read as in the "C" locale, whatever the
-/// process's locale is.
+/// The line ends at its NUL, and the fields behind it are blank. A newline cuts a field short too.
+/// A field that is blank or begins with no number reads as 0; read it as `a` where that matters.
+/// What follows a number in its field is ignored. Numbers are read as in the "C" locale, whatever
+/// the process's locale is.
+///
+/// Kept: after `)` an item is expected, so "(i5),i5" has an illegal comma; write "(i5)i5".
+///
+/// Kept: columns are counted on across a newline, which is one of them; cut a text into lines
+/// first.
+///
+/// Kept: numbers out of range are those of the C library, the nearest `long`, then narrowed:
+/// 4294967301 reads as 5 into an `int`. Read wide fields with `l`.
+///
+/// Kept: `f` reads all that the C library takes for a number, "0x10", "inf" and "nan" included, for
+/// which `i` gives 0. Ask `std::isfinite` where a field may hold such words.
+///
+/// Kept: once `maxValues` targets are filled, the rest of the format goes unread, faults and all.
 ///
 /// \param line null counts as empty.
 /// \param format null counts as empty.

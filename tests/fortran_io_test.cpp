@@ -1,7 +1,7 @@
 #include "fortran_io.h"
 
+#include "../fuzz/fortran_fields_compare.h"
 #include "comma_locale.h"
-#include "plain_fields.h"
 
 #include <gtest/gtest.h>
 
@@ -9,12 +9,6 @@
 #include <cstdint>
 
 namespace {
-
-std::uint64_t bitsOf(double value) {
-  std::uint64_t bits;
-  std::memcpy(&bits, &value, sizeof bits);
-  return bits;
-}
 
 // What standard error gets from a scan of "12345678" that must fail.
 std::string faultOf(const char* format) {
@@ -54,11 +48,14 @@ TEST(FortranFields, ReadBlankShortAndWordyFieldsAsZeroOrBlanks) {
     EXPECT_EQ(first, c.first) << c.line;
     EXPECT_EQ(second, c.second) << c.line;
   }
+}
+
+TEST(FortranFields, EndAtANewlineAndCountColumnsAcrossIt) {
   char text[7] = "zzzzzz";
-  int behind = 0;
+  int behind = -1;
   EXPECT_EQ(fortran_sscanf("ab\ncde12", "a5,i3", 2, text, &behind), 1);
-  EXPECT_STREQ(text, "ab   ") << "a newline ends the field";
-  EXPECT_EQ(behind, 0) << "columns run on across it";
+  EXPECT_STREQ(text, "ab   ");
+  EXPECT_EQ(behind, 0);
   EXPECT_EQ(fortran_sscanf("ab\ncd12", "a5,i3", 2, text, &behind), 1);
   EXPECT_EQ(behind, 12);
 }
@@ -112,17 +109,24 @@ TEST(FortranFormat, GoesBackToTheLastGroupWhileColumnsAreLeft) {
   EXPECT_EQ(v[1], 0) << "without a group the format ends";
 }
 
+TEST(FortranFormat, HasNoCommaBehindAGroup) {
+  EXPECT_NE(faultOf("(i2),i2").find("illegal comma"), std::string::npos);
+  int first = 0, second = 0;
+  EXPECT_EQ(fortran_sscanf("1234", "(i2)i2", 2, &first, &second), 1);
+  EXPECT_EQ(second, 34);
+}
+
 TEST(FortranFormat, FaultsAreReportedWithACaretUnderTheirPlace) {
   const struct {
     const char* format;
     const char* what;
     int place;
   } cases[] = {{"i5,,i5", "illegal comma", 3},  {",i5", "illegal comma", 0},
-               {"(i2),i2", "illegal comma", 4}, {"i5,q3", "unknown entity", 3},
-               {"I5", "unknown entity", 0},     {"i2,3", "unknown entity", 4},
-               {"i2 ,i2", "unknown entity", 2}, {"2(i2)", "unknown entity", 1},
-               {"i2.1", "unknown entity", 2},   {"()", "unknown entity", 1},
-               {"2 i2", "unknown entity", 1},   {"i2,\xe9", "unknown entity", 3}};
+               {"i5,q3", "unknown entity", 3},  {"I5", "unknown entity", 0},
+               {"i2,3", "unknown entity", 4},   {"i2 ,i2", "unknown entity", 2},
+               {"2(i2)", "unknown entity", 1},  {"i2.1", "unknown entity", 2},
+               {"()", "unknown entity", 1},     {"2 i2", "unknown entity", 1},
+               {"i2,\xe9", "unknown entity", 3}};
   for (const auto& c : cases) {
     const std::string expected = std::string("fortran_sscanf: ") + c.what +
                                  " found in format string\n\t" + c.format + "\n\t" +
@@ -137,32 +141,41 @@ TEST(FortranFormat, FaultsAreReportedWithACaretUnderTheirPlace) {
   EXPECT_EQ(untouched, -1) << "the item at fault is not carried out";
 }
 
+// fuzz/fortran_fields_compare.cpp goes on for as long as one likes.
 TEST(FortranFields, ReadAsTheCLibraryDoesInTwoSteps) {
-  OddFields fields(1);
-  for (int n = 0; n < 200000; ++n) {
-    const std::string lead(fields.below(12), ' ');
-    const std::string field = fields.next();
-    const std::string line = lead + field +
-                             (fields.below(4) == 0 ? "\n1"
-                              : fields.below(2)    ? "9.5"
-                                                   : "");
-    const int width = 1 + static_cast<int>(fields.below(24));
-    const char* const at = line.c_str() + lead.size();
-    const std::string w = std::to_string(width), skip = "x" + std::to_string(lead.size());
-    const std::string prefix = lead.empty() ? "" : skip + ",";
-    int i = -1;
-    short s = -1;
-    long l = -1;
-    double f = -1;
-    fortran_sscanf(line.c_str(), (prefix + "i" + w).c_str(), 1, &i);
-    fortran_sscanf(line.c_str(), (prefix + "s" + w).c_str(), 1, &s);
-    fortran_sscanf(line.c_str(), (prefix + "l" + w).c_str(), 1, &l);
-    fortran_sscanf(line.c_str(), (prefix + "f" + w).c_str(), 1, &f);
-    ASSERT_EQ(i, plainField<int>(at, width, "d")) << line << " " << width;
-    ASSERT_EQ(s, plainField<short>(at, width, "hd")) << line << " " << width;
-    ASSERT_EQ(l, plainField<long>(at, width, "ld")) << line << " " << width;
-    ASSERT_EQ(bitsOf(f), bitsOf(plainField<double>(at, width, "lf"))) << line << " " << width;
-  }
+  EXPECT_EQ(fortran_fields::compare(200000, 1), 0);
+}
+
+TEST(FortranFields, OfRealsReadHexadecimalNumbersAndNames) {
+  double values[5] = {};
+  EXPECT_EQ(fortran_sscanf("0x10  -inf0x1p-1 1.5e-0x", "2f5,f6,f5,f3", 5, values, values + 1,
+                           values + 2, values + 3, values + 4),
+            1);
+  EXPECT_EQ(values[0], 16);
+  EXPECT_EQ(values[1], -INFINITY);
+  EXPECT_EQ(values[2], 0.5);
+  EXPECT_EQ(values[3], 1.5);
+  EXPECT_TRUE(values[4] == 0 && std::signbit(values[4])) << "the width ends the number";
+  EXPECT_EQ(fortran_sscanf("nan(7)", "f6", 1, values), 1);
+  EXPECT_TRUE(std::isnan(values[0]));
+}
+
+TEST(FortranFields, OfNullTargetsAreSkipped) {
+  int behind = 0;
+  EXPECT_EQ(fortran_sscanf("1 2abc4", "f2,l1,a3,i1", 4, static_cast<double*>(nullptr),
+                           static_cast<long*>(nullptr), static_cast<char*>(nullptr), &behind),
+            1);
+  EXPECT_EQ(behind, 4);
+}
+
+TEST(FortranFields, OfAnyLengthAreReadWhole) {
+  const std::string number = "0x" + std::string(100000, '1') + "p-400000";
+  double value = 0;
+  EXPECT_EQ(fortran_sscanf(number.c_str(), "f2147483647", 1, &value), 1);
+  EXPECT_DOUBLE_EQ(value, 1.0 / 15.0);
+  char text[] = "zzzz";
+  EXPECT_EQ(fortran_sscanf("7", "2147483647x2147483647,2a2", 1, text), 1);
+  EXPECT_EQ(std::string(text, 4), std::string("  \0z", 4));
 }
 
 TEST(FortranFields, KeepThePointWhateverTheProcessLocale) {
