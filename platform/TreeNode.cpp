@@ -22,15 +22,14 @@ tqTreeNode::tqTreeNode(const tqTreeNode& other)
 
 tqTreeNode::~tqTreeNode() {
   if (parent_) parent_->removeChild(this);
+  while (tqTreeNode* const first = tqCopyable::isShallow() ? nullptr : child(0)) {
+    removeChild(first);
+    delete first;
+  }
   if (!borrowsUserData_)
     delete userData_;
   else if (waiting)
     waiting->removeFirst(this);
-  if (tqCopyable::isShallow()) return;
-  while (tqTreeNode* first = child(0)) {
-    removeChild(first);
-    delete first;
-  }
 }
 
 int tqTreeNode::hasAncestor(const tqTreeNode* node) const {

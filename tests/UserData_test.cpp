@@ -287,3 +287,18 @@ TEST(TreeAttributes, StayTheSourcesWhileACopyIsShallow) {
   EXPECT_EQ(textOf(*once->userData(), "x"), "1");
   delete once;
 }
+
+TEST(TreeAttributes, AreThereWhileTheChildrenAreDestroyed) {
+  struct Leaf : tqTreeNode {
+    Leaf(tqTreeNode* root, std::string* seen) : root_(root), seen_(seen) {}
+    ~Leaf() override { *seen_ = textOf(*root_->userData(), "a name that is long"); }
+    tqTreeNode* root_;
+    std::string* seen_;
+  };
+  std::string seen;
+  auto root = std::make_unique<tqTreeNode>();
+  root->userData()->addUserData("a name that is long", "a value that is long, too");
+  root->addChild(new Leaf(root.get(), &seen));
+  root.reset();
+  EXPECT_EQ(seen, "a value that is long, too");
+}
