@@ -170,20 +170,27 @@ public:
   /// Appends the object to `out` and gives 1 when its `classId()` is exactly this (bases do not
   /// count); otherwise, or when `out` is null, 0.
   virtual int coerce(unsigned classId, tqBaseList* out);
-  /// Queues the object for deletion; it stays fully alive until then. Queue an object once only.
+  /// Queues the object for deletion; it stays fully alive until then. An object whose destructor
+  /// runs, whoever destroys it, leaves the queue and is not queued again.
   virtual void deferredDelete();
   /// 1; a derived class answers 0 for objects that are logically dead.
   virtual int isValidObject() const;
+
+protected:
+  /// Takes the object off the queue of deletions for good. The destructor of a class that destroys
+  /// other objects calls it first: their triggers empty the queue, and must not find this object.
+  void leaveDeletionQueue();
 
 private:
   struct Dispatch;
   static Dispatch* dispatches_;
 
-  void dispatch(int event, const Dispatch& self);
+  void dispatch(int event, const tqBase* const& alive);
 
   unsigned oid_;
   unsigned sourceOid_ = 0;
   int selected_ = 0;
+  int queued_ = 0;  // entries on the queue of deletions, -1 once the object is being destroyed
   tqTriggerList* triggers_ = nullptr;
 };
 

@@ -109,7 +109,10 @@ public:
   /// Inserts before element i, moving i and what follows up by one; `i == count()` appends.
   ///
   /// A negative i does nothing. Past the end, the item goes to slot i (the array grows to hold
-  /// it), the slots skipped become null, and the count still rises by one only.
+  /// it) and the slots skipped become null.
+  ///
+  /// Kept: the count rises by one only, wherever the item goes, so an item past the end is no
+  /// element yet; callers that fill slots from the far end rely on the address of `array(i)`.
   void insert(int i, Element* item) {
     if (i < 0) return;
     const int last = i > count_ ? i : count_;
@@ -127,11 +130,9 @@ public:
   /// it. Other indices out of range do nothing.
   void remove(int i) {
     if (i < 0 || i > count_) return;
-    if (count_ < 2 || i == count_) {
-      if (count_ > 0) --count_;
-      return;
-    }
+    if (count_ < 2) return remove_all();
     --count_;
+    if (i > count_) return;
     if (!ordered_) {
       slots_[i] = slots_[count_];
     } else if (i == 0 && !pinned_) {
@@ -161,7 +162,10 @@ public:
   }
 
   /// Empties the list; the slots stay.
-  void remove_all() { count_ = 0; }
+  void remove_all() {
+    count_ = 0;
+    if (lead_ > 0) moveTo(block());  // an idle queue points to the start of its block
+  }
 
   /// Puts the item in the place of element i; past the end it is appended, a negative i does
   /// nothing.
@@ -207,7 +211,8 @@ protected:
 private:
   template <class> friend class PointerList_Iterator;
 
-  // The ladder is that of 4-byte elements on every machine, so that capacities agree everywhere.
+  // Kept: the ladder is that of 4-byte elements whatever a pointer's size is, so that capacities
+  // and growth points agree everywhere.
   static constexpr unsigned elementSize = 4;
   // Slots searched in place; longer lists are handed to the wide search.
   static constexpr int nearSlots = 8;
@@ -246,8 +251,10 @@ private:
     pinned_ = true;
   }
 
-  // Moves the elements to the front of `block`, which holds blockSize_ slots.
-  void moveTo(Element** block) {
+  // Moves the elements to the front of `block`, which holds blockSize_ slots. Out of line, as
+  // growth is: inlined into a caller whose list is known, gcc warns of an overflow that cannot
+  // happen.
+  [[gnu::noinline]] void moveTo(Element** block) {
     if (count_ > 0) std::memmove(block, slots_, bytes(count_));
     slots_ = block;
     lead_ = 0;
@@ -257,7 +264,7 @@ private:
   // Makes slot `last` usable: by growing when it lies beyond the capacity, otherwise by winning
   // back the lead. A lead shorter than the list is left behind in favour of a block of twice the
   // capacity, so that a queue moves each element a bounded number of times.
-  void makeRoom(int last) {
+  [[gnu::noinline]] void makeRoom(int last) {
     if (last < capacity_ && lead_ >= count_) return moveTo(block());
     Element** const old = block();
     const int capacity = last < capacity_ ? capacity_ : ProtoList::grownCount(last);

@@ -125,12 +125,13 @@ public:
     return 1;
   }
 
-  /// Adds an entry in front of its slot's chain, also when the key is present.
+  /// Adds an entry in front of its slot's chain.
   ///
   /// Grows first when the entries number more than twice the slots: to the smallest power of two
   /// not below the number of entries, that is fourfold when filled one by one.
   ///
-  /// Kept: growing turns every chain over, equal keys included; iteration follows the chains.
+  /// Kept: a key that is present is not refused, its newest entry hides the older ones; and growing
+  /// turns every chain over, equal keys included. Iteration follows the chains.
   void insert(Key key, Value value) {
     if (count_ > 2 * std::int64_t{bucketCount()}) grow();
     Entry* entry = newEntry();
@@ -182,6 +183,7 @@ public:
   /// Kept: entries still linked are not deleted. It is for empty tables; an owner that linked
   /// entries of its own and still holds them may start over with it. Others call `clear` first.
   void initialize(int sizeHint) {
+    if (count_ == 0) deleteEntries();  // the arena of those removed before
     std::free(buckets_);
     buckets_ = nullptr;
     mask_ = slotCountFor(sizeHint) - 1;

@@ -11,7 +11,8 @@
 ///
 /// Event codes are the application's own, but for these: a trigger that listens to 1 hears every
 /// event, one that listens to 0x1000 hears every event with that bit set, 4 is sent when an object
-/// is destroyed, and 4179 when it is selected or unselected.
+/// is destroyed, and 4179 when it is selected or unselected. With event 4 an object answers for its
+/// class as a bare `tqBase`, since the destructors of its own classes have run.
 
 class tqNamedGroup;
 class tqApplObject;
@@ -48,8 +49,13 @@ extern TQ_API tqTriggerList* deleted_triggers;
 /// A copy shares the lists and groups of its source: whoever makes a plain copy keeps it from being
 /// destroyed beside its source, or gives it lists of its own first. It is registered with none of
 /// the objects. A deep copy ends in the abort of its object list, if it has one.
+///
+/// Kept: the copy of a fired trigger is marked fired but stands on no queue, and joins none until
+/// the application resets it; notifications are not to be doubled by copying.
 /// \snippet change_notification.cpp trigger
 class TQ_API tqTrigger : public tqBase, public tqCopyable {
+  TriggerType type_;  // the first field: the data below follow in an order that counts
+
 public:
   /// An active trigger that watches nothing, hears no event, and notifies second.
   tqTrigger(TriggerType type);
@@ -90,10 +96,14 @@ public:
   /// Likewise for `triggeredObjects`.
   void addTriggeredObject(tqBase* object);
 
-  /// Deactivates the trigger and puts it on `deleted_triggers`.
+  /// Deactivates the trigger and puts it on `deleted_triggers`, once more at every call.
+  ///
+  /// Kept: it is not taken off that list when it is destroyed; who deletes it from there empties
+  /// the list.
   void setDeleted();
 
-  /// 1 when the object's class, or a base of it, is among the object types.
+  /// 1 when the object's class, or a base of it, is among the object types, or 2000 is; null is an
+  /// object of no class.
   int checkObjectType(const tqBase* object) const;
   /// 1 when the event is heard.
   int checkEvent(int event) const;
@@ -110,7 +120,10 @@ public:
   void deferredDelete() override;
   /// A copy that shares lists and groups; null when memory is exhausted.
   tqCopyable* shallowCopy() const override;
-  /// Gives the copy lists and groups of its own, but for `triggeredObjects`, which stays shared.
+  /// Gives the copy lists and groups of its own.
+  ///
+  /// Kept: `triggeredObjects` stays shared, so only one of the two may own it in the end; a copy
+  /// that is to be destroyed beside its source has it set to null first.
   void deepenShallowCopy() override;
   /// Records `object`, and `other` when the type is `TRIGGER_TYPED`, and joins the queue. Nothing
   /// while the trigger or the master switch is off.
@@ -139,8 +152,6 @@ protected:
 private:
   void addToGroup(tqNamedGroup*& group, tqBase* object);
   void unregister(tqBase* object);
-
-  TriggerType type_;
 };
 
 /// A trigger that fires for a chosen application, or for all others.

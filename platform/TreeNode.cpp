@@ -21,6 +21,7 @@ tqTreeNode::tqTreeNode(const tqTreeNode& other)
 }
 
 tqTreeNode::~tqTreeNode() {
+  leaveDeletionQueue();
   if (parent_) parent_->removeChild(this);
   while (tqTreeNode* const first = tqCopyable::isShallow() ? nullptr : child(0)) {
     removeChild(first);

@@ -99,10 +99,18 @@ tqBaseList& queueOfDeletions() {
 }  // namespace
 
 // One dispatch under way. They are linked from the innermost out, so that the destructor can tell
-// those of its object that there is nothing left to walk.
+// those of its object that there is nothing left to walk. One that a callback leaves by throwing is
+// unlinked all the same.
 struct tqBase::Dispatch {
-  const tqBase* object;
-  Dispatch* outer;
+  explicit Dispatch(const tqBase* dispatching) : object(dispatching), outer(dispatches_) {
+    dispatches_ = this;
+  }
+  ~Dispatch() { dispatches_ = outer; }
+  Dispatch(const Dispatch&) = delete;
+  Dispatch& operator=(const Dispatch&) = delete;
+
+  const tqBase* object;  // null once it is destroyed
+  Dispatch* const outer;
 };
 
 tqBase::Dispatch* tqBase::dispatches_ = nullptr;
@@ -112,9 +120,11 @@ tqBase::tqBase(int withOid) : oid_(withOid ? make_oid(this) : 0) {}
 tqBase::tqBase(const tqBase& other) : oid_(make_oid(this)), sourceOid_(other.oid_) {}
 
 tqBase::~tqBase() {
+  leaveDeletionQueue();
   tqBase::unselect(0);
   // No destructor runs inside this dispatch that could end it, so it need not be found.
-  dispatch(deletionEvent, Dispatch{this, nullptr});
+  const tqBase* const self = this;
+  dispatch(deletionEvent, self);
   remove_oid(oid_);
   for (int i = numTriggers() - 1; i >= 0; --i)
     if (tqTrigger* trigger = triggers_->item(i)) trigger->removeObject(this);
@@ -212,17 +222,15 @@ int tqBase::isSelected() const { return selected_; }
 int tqBase::isSelected(const int*) { return isSelected(); }
 
 void tqBase::doTrigger(int event) {
-  Dispatch self{this, dispatches_};
-  dispatches_ = &self;
-  dispatch(event, self);
-  dispatches_ = self.outer;
+  Dispatch running(this);
+  dispatch(event, running.object);
 }
 
-// The order of the tests shows: checkMode of an application trigger calls the application. `self`
-// loses its object when that is destroyed.
-void tqBase::dispatch(int event, const Dispatch& self) {
+// The order of the tests shows: checkMode of an application trigger calls the application. `alive`
+// becomes null when the object is destroyed.
+void tqBase::dispatch(int event, const tqBase* const& alive) {
   const int own = numTriggers();
-  for (int i = 0; i < own && self.object; ++i) {
+  for (int i = 0; i < own && alive; ++i) {
     tqTrigger* trigger = triggers_->item(i);
     if (!trigger || !trigger->isActive() || !trigger->checkEvent(event) || !trigger->checkMode())
       continue;
@@ -230,8 +238,8 @@ void tqBase::dispatch(int event, const Dispatch& self) {
     trigger->fire(this, this, event);
   }
   deleteTBDObjects();
-  const int global = self.object && global_trigger_list ? global_trigger_list->count() : 0;
-  for (int i = 0; i < global && self.object; ++i) {
+  const int global = alive && global_trigger_list ? global_trigger_list->count() : 0;
+  for (int i = 0; i < global && alive; ++i) {
     tqTrigger* trigger = global_trigger_list->item(i);
     if (!trigger || !trigger->isActive() || !trigger->checkObjectType(this) ||
         !trigger->checkEvent(event) || !trigger->checkMode())
@@ -247,7 +255,16 @@ int tqBase::coerce(unsigned id, tqBaseList* out) {
   return 1;
 }
 
-void tqBase::deferredDelete() { queueOfDeletions().append(this); }
+void tqBase::deferredDelete() {
+  if (queued_ < 0) return;
+  ++queued_;
+  queueOfDeletions().append(this);
+}
+
+void tqBase::leaveDeletionQueue() {
+  for (; queued_ > 0; --queued_) queueOfDeletions().removeFirst(this);
+  queued_ = -1;
+}
 
 void tqBase::deleteTBDObjects() {
   static int depth = 0;
@@ -257,6 +274,7 @@ void tqBase::deleteTBDObjects() {
   while (queue.count() > 0) {
     tqBase* object = queue.item(0);
     queue.remove(0);
+    if (object && object->queued_ > 0) --object->queued_;
     delete object;
   }
   --depth;
@@ -267,7 +285,7 @@ int tqBase::isValidObject() const { return 1; }
 int make_handle_oid(void* handle) {
   makeTable(oidHandleTable);
   makeTable(handleOidTable);
-  if (const int known = handle_to_oid(handle)) return known;
+  if (const int known = handle_to_oid(handle)) return known;  // Kept: never for a null handle.
   const int oid = static_cast<int>(nextOid());
   if (oid == 0) return 0;
   oidHandleTable->insert(oid, handle);

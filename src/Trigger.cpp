@@ -61,9 +61,10 @@ tqTrigger::tqTrigger(TriggerType type) : tqBase(1), tqCopyable(), type_(type) {
 }
 
 tqTrigger::tqTrigger(const tqTrigger& other)
-    : tqBase(1), tqCopyable(), objects(other.objects), touchedObjects(other.touchedObjects),
-      triggeredObjects(other.triggeredObjects), active(other.active), fired(other.fired),
-      whenNotify(other.whenNotify), type_(other.type_) {
+    // Kept: `fired` comes along, the place on the queue does not.
+    : tqBase(1), tqCopyable(), type_(other.type_), objects(other.objects),
+      touchedObjects(other.touchedObjects), triggeredObjects(other.triggeredObjects),
+      active(other.active), fired(other.fired), whenNotify(other.whenNotify) {
   replaceArray(objectTypes, numObjectTypes, other.objectTypes, other.numObjectTypes);
   replaceArray(events, numEvents, other.events, other.numEvents);
   made(all_triggers).append(this);
@@ -79,6 +80,7 @@ tqTrigger::~tqTrigger() {
     objects->remove(0);
   }
   delete objects;
+  // Kept: `deleted_triggers` and `fired_graphics_triggers` are the application's to clear.
   if (tqTriggerList** queue = queueOf(whenNotify))
     if (*queue) (*queue)->removeLast(this);
   if (all_triggers) all_triggers->removeLast(this);
@@ -189,8 +191,10 @@ void tqTrigger::deferredDelete() {
   active = 0;
 }
 
+// Kept: that of an immediate trigger, too.
 tqCopyable* tqTrigger::shallowCopy() const { return new tqTrigger(*this); }
 
+// Kept: `triggeredObjects` stays the source's.
 void tqTrigger::deepenShallowCopy() {
   if (objects) objects = static_cast<tqBaseList*>(objects->deepCopy());
   if (touchedObjects) touchedObjects = static_cast<tqNamedGroup*>(touchedObjects->deepCopy());
