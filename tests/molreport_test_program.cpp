@@ -3,6 +3,7 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <sstream>
 
 // The program itself, as a user runs it.
@@ -87,8 +88,53 @@ TEST(MolreportProgram, TakesSelectionsThatLookLikeOptions) {
   EXPECT_NE(result.out.find("charge        -1\n"), std::string::npos);
 }
 
+TEST(MolreportProgram, WritesAnAssemblyWholeOrNotAtAll) {
+  const std::string folder = testing::TempDir() + "molreport_assembly";
+  std::filesystem::remove_all(folder);
+  std::filesystem::create_directory(folder);
+  const std::string input = folder + "/in.pdb";
+  const std::string out = folder + "/out.pdb";
+  const std::string far = folder + "/far.pdb";
+  const std::string text = contentOf(peptide);
+  std::ofstream(input) << text;
+  std::ofstream(far) << with(text, static_cast<int>(text.find("30.00000")) + 1, "-999.000");
+  std::ofstream(out) << "what was there";
+  std::filesystem::create_symlink(input, folder + "/link.pdb");
+  const struct {
+    const char* label;
+    std::string arguments;
+    const char* message;
+  } cases[] = {
+      {"unknown id", "3 " + input + " -o " + out, "no assembly 3; the file describes 1, 2"},
+      {"no number", "x " + input + " -o " + out, "ID = x"},
+      {"the input", "1 " + input + " -o " + input, "this is the input itself"},
+      {"a link to it", "1 " + input + " -o " + folder + "/link.pdb", "the input itself"},
+      {"no output", "1 " + input, "--output is required"},
+      {"a directory", "1 " + input + " -o " + folder, "Is a directory"},
+      {"no directory", "1 " + input + " -o " + folder + "/no/x", "No such file"},
+      {"a device", "1 " + input + " -o /dev/null", "not a regular file"},
+      {"too far away", "1 " + far + " -o " + out, "does not fit 8 columns"}};
+  for (const auto& c : cases) {
+    const Outcome result = run("assembly " + c.arguments);
+    EXPECT_EQ(result.status, 2) << c.label;
+    EXPECT_EQ(result.out, "") << c.label;
+    EXPECT_NE(result.messages.find(c.message), std::string::npos) << c.label << result.messages;
+    EXPECT_EQ(contentOf(out), "what was there") << c.label;
+    EXPECT_EQ(contentOf(input), text) << c.label;
+  }
+  const Outcome result = run("assembly 1 " + input + " -o " + out);
+  EXPECT_EQ(result.status, 0) << result.messages;
+  EXPECT_NE(result.out.find("2 models with 128 atoms, from 66 atoms of model 1\n"),
+            std::string::npos)
+      << result.out;
+  EXPECT_EQ(readStructure(out).structure->models().count(), 2);
+  const std::filesystem::directory_iterator files(folder);
+  EXPECT_EQ(std::distance(begin(files), end(files)), 4) << "a temporary was left";
+}
+
 TEST(MolreportProgram, ExplainsItself) {
-  for (const char* arguments : {"--help", "summary --help", "torsions -h"}) {
+  for (const char* arguments :
+       {"--help", "summary --help", "torsions -h", "rms -h", "monitor -h", "assembly -h"}) {
     const Outcome result = run(arguments);
     EXPECT_EQ(result.status, 0) << arguments;
     EXPECT_NE(result.out.find("FILE"), std::string::npos) << arguments;

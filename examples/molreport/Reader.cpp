@@ -97,6 +97,8 @@ void Reader::readLine(const Line& line) {
     readTer(line);
   else if (line.startsWith("CONECT"))
     readConnection(line);
+  else if (line.startsWith("REMARK 350"))
+    reading_.remarks350.push_back({reading_.lines, line.text});
   else if (line.startsWith("ENDMDL") || line.field(1, 6) == "END")
     closeModel();
 }

@@ -1,5 +1,6 @@
 // molreport: what is in structure files in PDB format, and what is wrong with them.
 
+#include "Assembly.h"
 #include "Attributes.h"
 #include "Monitor.h"
 #include "Rms.h"
@@ -69,6 +70,15 @@ template <class Report> int withFile(const std::string& file, Report report) {
   return failure;
 }
 
+int assembly(const std::string& file, int id, const std::string& outFile) {
+  const Reading reading = readStructure(file);
+  if (!reading.structure) return failure;
+  const std::string fault = writeAssembly(stdout, file, reading, id, outFile);
+  if (fault.empty()) return success;
+  fmt::print(stderr, "molreport: {}\n", fault);
+  return failure;
+}
+
 /// A selection in a chain whose id is "-" looks like an option; a byte that no argument starts with
 /// stands in for the "-" while the command line is parsed.
 constexpr char guard = '\x01';
@@ -102,6 +112,7 @@ private:
                             int (*command)(const std::vector<std::string>&));
   void addAttributesCommand();
   void addMonitorCommand();
+  void addAssemblyCommand();
   bool isCommandOrOption(const std::string& argument) const;
 
   CLI::App app_{description, "molreport"};
@@ -110,6 +121,8 @@ private:
   std::string selection_;
   std::vector<std::string> settings_;
   std::vector<std::string> specs_;
+  int assembly_ = 0;
+  std::string outFile_;
   int status_ = success;
 };
 
@@ -139,6 +152,7 @@ CommandLine::CommandLine() {
                "model without such atoms has a - for its deviation.");
   addAttributesCommand();
   addMonitorCommand();
+  addAssemblyCommand();
   app_.footer(footer);
 }
 
@@ -184,6 +198,21 @@ void CommandLine::addMonitorCommand() {
       return printMonitors(stdout, structure, specs_);
     });
   });
+}
+
+void CommandLine::addAssemblyCommand() {
+  CLI::App* const added = app_.add_subcommand("assembly", "Build a biological assembly");
+  added->group("Commands");
+  added->add_option("ID", assembly_, "Number of the assembly (BIOMOLECULE)")->required();
+  added->add_option("FILE", file_, "Structure file")->required();
+  added->add_option("-o,--output", outFile_, "File to write")->type_name("OUT")->required();
+  added->footer(
+      "Copies the chains of the first model and moves them as the REMARK 350 records of the\n"
+      "file say. The new file is in PDB format, with a MODEL for each operator; serials count\n"
+      "from 1 in each and go on in hybrid-36 after 99999. Alternate locations are copied;\n"
+      "ANISOU and CONECT records are left out, and the CRYST1 record says that this is no\n"
+      "crystal. A file of that name is replaced, but never the input.");
+  added->callback([this] { status_ = assembly(file_, assembly_, outFile_); });
 }
 
 CLI::App* CommandLine::addFilesCommand(const char* name, const char* text,
