@@ -55,17 +55,4 @@ TEST(ApplObject, IsCurrentUntilAnotherOneIsOrItIsDestroyed) {
   EXPECT_EQ(tqz_CurrentApplicationObject(), 0u);
 }
 
-template <class Class> void expectClass(const Class& object, unsigned id, const char* name) {
-  EXPECT_STREQ(object.className(), name);
-  EXPECT_TRUE(object.classId() == id && object.isA(id) && object.isA(0) && !object.isA(1)) << name;
-  EXPECT_EQ(object.isA(1015), id == 1015 || id == 1045) << name;
-}
-
-TEST(PlatformClasses, AnswerForThemselvesAndTheirBases) {
-  expectClass(tqTreeNode(), 1000, "TreeNode");
-  expectClass(tqCollection(), 1015, "Collection");
-  expectClass(tqNamedGroup("", 1, 1, 1), 1045, "NamedGroup");
-  expectClass(tqApplObject(), 1047, "ApplObject");
-}
-
 }  // namespace

@@ -12,19 +12,6 @@ extern const tqTriggerList* const listOfStaticTrigger;
 
 namespace {
 
-unsigned currentApplication = 0;
-int timesAsked = 0;
-
-}  // namespace
-
-// The program's own answer, in the place of the default layer's.
-unsigned tqz_CurrentApplicationObject() {
-  ++timesAsked;
-  return currentApplication;
-}
-
-namespace {
-
 const auto killed = testing::KilledBySignal(SIGABRT);
 
 using Queue = std::vector<const tqTrigger*>;
@@ -77,8 +64,8 @@ TEST_F(TriggerTest, TheEventFilterHearsEqualCodesAllOrThoseWithTheBit) {
       for (int event : unheard) EXPECT_EQ(trigger->checkEvent(event), 0) << event;
     }
     EXPECT_EQ(set.numEvents - added.numEvents, filter.size() == 3 ? 1 : 0) << "added once";
-    if (filter.size() > 1) set.setEvents(set.events + 1, 1);  // from its own array
-    EXPECT_TRUE(filter.size() < 2 || set.events[0] == filter[1]);
+    set.setEvents(set.events, -1);
+    EXPECT_FALSE(set.numEvents || set.events);
   }
 }
 
@@ -89,12 +76,10 @@ TEST_F(TriggerTest, TheObjectFilterTakesBasesAndAllClassesAndRejectsWhenEmpty) {
   tqTrigger trigger(TRIGGER_PLAIN);
   for (const auto& [filter, forBase, forGroup, forNull] : cases) {
     trigger.setObjectTypes(filter.data(), static_cast<int>(filter.size()));
-    EXPECT_EQ(trigger.checkObjectType(&a), forBase);
-    EXPECT_EQ(trigger.checkObjectType(&group), forGroup);
-    EXPECT_EQ(trigger.checkObjectType(nullptr), forNull);
+    EXPECT_TRUE(trigger.checkObjectType(&a) == forBase &&
+                trigger.checkObjectType(&group) == forGroup &&
+                trigger.checkObjectType(nullptr) == forNull);
   }
-  trigger.setObjectTypes(trigger.objectTypes, -1);
-  EXPECT_FALSE(trigger.numObjectTypes || trigger.objectTypes);
 }
 
 TEST_F(TriggerDeathTest, WatchedObjectsKnowTheirTriggerAndEitherSideLetsGo) {
@@ -199,11 +184,9 @@ TEST_F(TriggerTest, NoKindFiresWhileOffAndAnImmediateOneOnlyWhileNotMarkedFired)
 
 TEST_F(TriggerTest, ACopyOfAFiredTriggerIsMarkedFiredButStandsOnNoQueue) {
   tqTrigger source(TRIGGER_TYPED);
-  source.addObject(&a), source.addEvent(5), source.setWhenNotify(NOTIFY_FIRST);
-  source.fire(&a, &a, 5);
+  source.addObject(&a), source.addEvent(5), source.fire(&a, &a, 5);
   tqTrigger copy(source);
-  EXPECT_TRUE(copy.fired && copy.type() == TRIGGER_TYPED && copy.whenNotify == NOTIFY_FIRST);
-  EXPECT_EQ(queued(fired_triggers[0]), Queue{&source});
+  EXPECT_TRUE(copy.fired && copy.type() == TRIGGER_TYPED && queued(fired_triggers[1]).size() == 1);
   EXPECT_TRUE(all_triggers->isMember(&copy) && a.numTriggers() == 1 && copy.sourceOid() == 0);
   EXPECT_TRUE(copy.objects == source.objects && copy.touchedObjects == source.touchedObjects);
   EXPECT_TRUE(copy.events != source.events && copy.checkEvent(5));
@@ -218,9 +201,7 @@ TEST_F(TriggerDeathTest, ADeepCopySharesTheTriggeredGroupAloneAndEndsInTheAbortO
   EXPECT_EQ(members(copy->touchedObjects), Oids{a.oid()});
   EXPECT_EQ(copy->triggeredObjects, source.triggeredObjects);
   copy->triggeredObjects = nullptr;
-  source.addObject(&a);
-  EXPECT_EXIT(source.deepCopy(), killed, "^tqBase\\*: no deep copy\n$");
-  source.removeObject(&a);
+  source.addObject(&a), source.removeObject(&a);
   EXPECT_EXIT(source.deepCopy(), killed, "^$") << "an emptied list";
 }
 
@@ -240,19 +221,16 @@ TEST_F(TriggerTest, CopiesKeepTheKindButThatOfAnImmediateTriggerIsAPlainOne) {
   expectKind<tqImmediateTrigger>(1175, "ImmediateTrigger", 1124);
 }
 
-TEST_F(TriggerTest, AnApplicationTriggerAsksWhoIsCurrentOnlyWithADestination) {
+TEST_F(TriggerTest, AnApplicationTriggerFiresByModeAndTheApplicationThatIsCurrent) {
   tqApplObject one;
   tqApplTrigger trigger(TRIGGER_PLAIN);
   EXPECT_EQ(trigger.mode, tqApplTrigger::MODE_ANY_APPL);
-  const std::tuple<tqApplObject*, unsigned, std::vector<int>> cases[] = {
-      {nullptr, one.oid(), {1, 1, 0, 1}}, {&one, one.oid(), {0, 1, 1, 1}}, {&one, 0, {1, 1, 0, 1}}};
+  const std::tuple<tqApplObject*, tqApplObject*, std::vector<int>> cases[] = {
+      {nullptr, &one, {1, 1, 0, 1}}, {&one, &one, {0, 1, 1, 1}}, {&one, nullptr, {1, 1, 0, 1}}};
   for (const auto& [destination, current, fires] : cases) {
-    trigger.setDestAppl(destination), currentApplication = current;
-    for (trigger.mode = 0; trigger.mode < 4; ++trigger.mode) {
-      timesAsked = 0;
+    trigger.setDestAppl(destination), tqApplObject::setCurrent(current);
+    for (trigger.mode = 0; trigger.mode < 4; ++trigger.mode)
       EXPECT_EQ(trigger.checkMode(), fires[static_cast<std::size_t>(trigger.mode)]);
-      EXPECT_EQ(timesAsked, destination ? 1 : 0);
-    }
   }
 }
 
