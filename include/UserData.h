@@ -30,7 +30,7 @@ public:
   /// 1 when `find` gives one.
   int canFind(const char* name) const { return find(name) ? 1 : 0; }
   /// Index of the first attribute of that name, with or without a value; -1 when there is none.
-  int index(const char* name) const { return indexOf(name, false); }
+  int index(const char* name) const;
   /// The first attribute of that name, with or without a value; a new one without value, at the
   /// end, when there is none.
   tqUserDataItem* findOrAdd(const char* name);
@@ -149,7 +149,7 @@ public:
   tqCopyable* shallowCopy() const override { return new (std::nothrow) tqUserData(*this); }
 
 private:
-  int indexOf(const char* name, bool withValue) const;
+  tqUserDataItem* first(const char* name, bool withValue) const;
   tqUserDataItem* at(int i) const { return i >= 0 && i < count() ? item(i) : nullptr; }
   static AttrType typeOf(const tqUserDataItem* item, int& n);
   template <class Number> int findNumber(const char* name, Number& out) const {

