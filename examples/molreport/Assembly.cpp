@@ -178,18 +178,20 @@ std::string shownChains(const std::string& ids) {
   return text;
 }
 
-bool hasChain(const Model& model, char id) {
-  for (const Chain* chain : model.chains())
-    if (chain->id() == id) return true;
-  return false;
+std::string chainIds(const Model& model) {
+  std::string ids;
+  for (const Chain* chain : model.chains()) ids += chain->id();
+  return ids;
 }
 
 // The ids of the assembly's chains that the model lacks.
 std::string missingChains(const Assembly& assembly, const Model& model) {
+  const std::string present = chainIds(model);
   std::string missing;
   for (const Placement& placement : assembly)
     for (const char id : placement.chains)
-      if (!hasChain(model, id) && missing.find(id) == std::string::npos) missing += id;
+      if (present.find(id) == std::string::npos && missing.find(id) == std::string::npos)
+        missing += id;
   return missing;
 }
 
@@ -255,29 +257,29 @@ Model* place(const Placement& placement, const Model& model, int number) {
   return placed;
 }
 
-std::string writeAssembly(std::FILE* report, const std::string& path, const Reading& reading,
-                          int id, const std::string& outPath) {
+std::string writeAssembly(std::FILE* report, const std::string& input, const Reading& reading,
+                          int id, const std::string& output) {
   const Model& source = *reading.structure->models()[0];
   Assembly assembly;
-  std::string fault = readAssembly(path, reading.remarks350, id, assembly);
+  std::string fault = readAssembly(input, reading.remarks350, id, assembly);
   if (!fault.empty()) return fault;
   const std::string missing = missingChains(assembly, source);
   if (!missing.empty())
-    return fmt::format("{}: assembly {} has chains that model {} lacks: {}", path, id,
+    return fmt::format("{}: assembly {} has chains that model {} lacks: {}", input, id,
                        source.number(), shownChains(missing));
   OutputFile file;
-  fault = file.open(outPath, path);
+  fault = file.open(output, input);
   if (!fault.empty()) return fault;
   PdbWriter writer(file.stream());
-  writeHeader(writer, path, *reading.structure, id, assembly);
+  writeHeader(writer, input, *reading.structure, id, assembly);
   fault = writeModels(writer, assembly, source);
-  if (!fault.empty()) return fmt::format("{}: {}", path, fault);
+  if (!fault.empty()) return fmt::format("{}: {}", input, fault);
   fault = file.commit();
   if (!fault.empty()) return fault;
   int atoms = 0;
   forEachAtom(source, [&atoms](const Chain&, const Residue&, const Atom&) { ++atoms; });
   fmt::print(report, "{}: assembly {} of {}, {} {} with {} atoms, from {} atoms of model {}\n",
-             outPath, id, path, assembly.size(), assembly.size() == 1 ? "model" : "models",
+             output, id, input, assembly.size(), assembly.size() == 1 ? "model" : "models",
              writer.atoms(), atoms, source.number());
   return {};
 }

@@ -42,12 +42,12 @@ Model* place(const Placement& placement, const Model& model, int number);
 /// Builds an assembly from the first model of a file and writes it in PDB format, a MODEL for each
 /// motion. Alternate locations stay; ANISOU and CONECT records are left out.
 ///
-/// \param path of the file read
-/// \param outPath of the file to write, which appears only when all went well
+/// \param input path of the file read
+/// \param output path of the file to write, which appears only when all went well
 /// \param report where a line about what was written is printed
 /// \returns what is wrong, empty when nothing is
-std::string writeAssembly(std::FILE* report, const std::string& path, const Reading& reading,
-                          int id, const std::string& outPath);
+std::string writeAssembly(std::FILE* report, const std::string& input, const Reading& reading,
+                          int id, const std::string& output);
 
 }  // namespace molreport
 

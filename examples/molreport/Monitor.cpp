@@ -41,7 +41,7 @@ std::string findAtoms(const std::string& spec, const Model& model, std::vector<A
     comma = std::min(spec.find(',', start), spec.size());
     const std::string text = spec.substr(start, comma - start);
     Selection selection;
-    const std::string fault = selection.parse(text);
+    std::string fault = selection.parse(text);
     if (!fault.empty()) return fault;
     if (selection.anyChain || selection.anyResidue || selection.anyAtom || selection.ofResidues)
       return fmt::format("\"{}\" does not name one atom", text);

@@ -76,7 +76,7 @@ std::string PdbWriter::writeModel(const Model& model, int number) {
   for (const Chain* chain : model.chains())
     for (const Residue* residue : chain->residues()) {
       for (const Atom* atom : residue->atoms()) {
-        const std::string fault = writeAtom(*chain, *residue, *atom);
+        std::string fault = writeAtom(*chain, *residue, *atom);
         if (!fault.empty()) return fault;
       }
       if (residue->isChainEnd()) writeTer(*chain, *residue);
