@@ -1,10 +1,14 @@
 #!/usr/bin/env python3
 """Runs the benchmark programs named and prints, job by job, what each peer took.
 
-A benchmark is called Job/peer/size. The time is the median over the repetitions, in nanoseconds per
-item where the benchmark counts items, and per call elsewhere; a benchmark that sets the counter
-"bytes" is reported by that instead. The ratio is tq's figure divided by the peer's: below 1, tq needs
-less.
+A benchmark is called Job/peer/size. Each job and size runs in a process of its own, so that one does
+not find the memory as another left it; there, the peers take turns. The time is the median over the
+repetitions, in nanoseconds of processor time per item where the benchmark counts items, and per call
+elsewhere; a benchmark that sets the counter "bytes" is reported by that instead. The ratio is tq's
+figure divided by the peer's: below 1, tq needs less.
+
+targets.csv names what tq is to reach: the most that the ratio to the best of some peers (patterns,
+separated by |) may be, or a time or size for tq itself.
 
   report.py [--json] [--benchmark_OPTION=...] PROGRAM...
 
@@ -12,8 +16,11 @@ less.
 go to the programs, as --benchmark_filter=REGEX.
 """
 
+import csv
+import fnmatch
 import json
 import pathlib
+import re
 import subprocess
 import sys
 import tempfile
@@ -27,39 +34,61 @@ RUN = [
 ]
 
 
+FIGURES = ["job", "size", "peer", "median", "ratio"]
+TARGETS = ["job", "size", "best peer", "target", "reached", ""]
+
+FOLDER = pathlib.Path(__file__).parent
+
+
+def run(command):
+    ran = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+    if ran.returncode != 0:
+        sys.exit(f"{command[0]}: {ran.stderr}")
+    return ran.stdout
+
+
 def measure(program, options):
     """The context and the medians of one program."""
     print(f"measuring {program.stem}", file=sys.stderr, flush=True)
+    groups = {}
+    for name in run([str(program), "--benchmark_list_tests", *options]).splitlines():
+        job, peer, *size = name.split("/")
+        groups.setdefault((job, *size), []).append(name)
+    context, figures = {}, []
+    for names in groups.values():
+        wanted = "^(" + "|".join(re.escape(name).replace(r"\ ", " ") for name in names) + ")$"
+        described, measured = measure_group(program, options, wanted)
+        context.update(described)
+        figures += measured
+    return context, figures
+
+
+def measure_group(program, options, wanted):
     with tempfile.NamedTemporaryFile(suffix=".json") as out:
-        command = [str(program), *RUN, *options, f"--benchmark_out={out.name}"]
-        run = subprocess.run(command, stdout=subprocess.DEVNULL, stderr=subprocess.PIPE, text=True)
-        if run.returncode != 0:
-            sys.exit(f"{program}: {run.stderr}")
-        text = out.read()
-    if not text:  # the filter left nothing of this program
-        return {}, []
-    results = json.loads(text)
-    failed = [run for run in results["benchmarks"] if run.get("error_occurred")]
-    for run in failed:
-        print(f"{run['name']}: {run['error_message']}", file=sys.stderr)
+        options = [*RUN, *options, f"--benchmark_out={out.name}", f"--benchmark_filter={wanted}"]
+        run([str(program), *options])
+        results = json.loads(out.read())
+    failed = [one for one in results["benchmarks"] if one.get("error_occurred")]
+    for one in failed:
+        print(f"{one['name']}: {one['error_message']}", file=sys.stderr)
     if failed:
         sys.exit(1)
+    once = [one for one in results["benchmarks"] if one.get("repetitions") == 1]
+    medians = [one for one in results["benchmarks"] if one.get("aggregate_name") == "median"]
     return results["context"], [
-        {"program": program.stem, **figure(run)}
-        for run in results["benchmarks"]
-        if run.get("aggregate_name") == "median"
+        {"program": program.stem, **figure(one)} for one in medians + once
     ]
 
 
 def figure(run):
-    job, peer, *size = run["run_name"].split("/")
+    job, peer, *size = [word for word in run["run_name"].split("/") if ":" not in word]
     result = {"job": job, "size": "/".join(size), "peer": peer}
     if "bytes" in run:
         return {**result, "unit": "bytes", "median": run["bytes"]}
     if "items_per_second" in run:
         return {**result, "unit": "ns", "median": 1e9 / run["items_per_second"]}
     nanoseconds = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
-    return {**result, "unit": "ns", "median": run["real_time"] * nanoseconds}
+    return {**result, "unit": "ns", "median": run["cpu_time"] * nanoseconds}
 
 
 def by_job(figures):
@@ -78,6 +107,35 @@ def by_job(figures):
             yield job, size, one["peer"], f"{one['median']:,.1f} {one['unit']}", ratio
 
 
+def by_target(figures):
+    """The rows of the targets: what was to be reached by this run's jobs, and what was."""
+    jobs = {}
+    for one in figures:
+        jobs.setdefault((one["job"], one["size"]), {})[one["peer"]] = one["median"]
+    with open(FOLDER / "targets.csv", newline="") as lines:
+        for line in csv.DictReader(lines):
+            peers = jobs.get((line["job"], line["size"]), {})
+            if "tq" not in peers:
+                continue
+            if not line["of"]:
+                limit, unit = line["target"].split()
+                reached = peers["tq"] / {"ms": 1e6, "ns": 1, "bytes": 1}[unit]
+                best, text = "", f"{reached:.2f} {unit}"
+            else:
+                known = {
+                    median: peer
+                    for peer, median in peers.items()
+                    if peer != "tq" and any(fnmatch.fnmatch(peer, of) for of in line["of"].split("|"))
+                }
+                if not known:
+                    continue
+                best, limit = known[min(known)], line["target"]
+                reached = peers["tq"] / min(known)
+                text = f"{reached:.2f}"
+            met = "" if reached <= float(limit) else "missed"
+            yield line["job"], line["size"], best, line["target"], text, met
+
+
 def machine(context):
     """What the figures depend on; never the name of the machine or paths on it."""
     model = "unknown processor"
@@ -90,17 +148,27 @@ def machine(context):
     return facts
 
 
+def table(titles, alignment, rows):
+    return [f"| {' | '.join(row)} |" for row in [titles, alignment, *rows]]
+
+
 def keep(context, figures):
-    folder = pathlib.Path(__file__).parent
     facts = machine(context)
     kept = {"machine": facts, "results": figures}
-    (folder / "results.json").write_text(json.dumps(kept, indent=1) + "\n")
+    (FOLDER / "results.json").write_text(json.dumps(kept, indent=1) + "\n")
     lines = ["# Results", "", "Written by `./dev bench --json`; the ratio is tq's figure divided by"]
-    lines += ["the peer's. Medians per item, all peers in one run.", ""]
+    lines += ["the peer's. Medians per item, all peers of a job in one process.", ""]
     lines += [f"- {name.removeprefix('version of ')}: {value}" for name, value in facts.items()]
-    lines += ["", "| job | size | peer | median | ratio |", "|---|---|---|---:|---:|"]
-    lines += ["| " + " | ".join(row) + " |" for row in by_job(figures)]
-    (folder / "RESULTS.md").write_text("\n".join(lines) + "\n")
+    lines += ["", "## Targets", "", "To the best of the peers that count for the job.", ""]
+    lines += table(TARGETS, ["---", "---:", "---", "---:", "---:", "---"], by_target(figures))
+    lines += ["", "## All figures", ""]
+    lines += table(FIGURES, ["---", "---:", "---", "---:", "---:"], by_job(figures))
+    (FOLDER / "RESULTS.md").write_text("\n".join(lines) + "\n")
+
+
+def print_rows(widths, rows):
+    for row in rows:
+        print(widths.format(*row).rstrip())
 
 
 def main(arguments):
@@ -114,10 +182,9 @@ def main(arguments):
         described, measured = measure(program.resolve(), options)
         context.update(described)
         figures += measured
-    widths = "{:28} {:>12}  {:24} {:>16} {:>7}"
-    print(widths.format("job", "size", "peer", "median", "ratio"))
-    for row in by_job(figures):
-        print(widths.format(*row))
+    print_rows("{:28} {:>12}  {:24} {:>16} {:>7}", [FIGURES, *by_job(figures)])
+    print()
+    print_rows("{:28} {:>12}  {:24} {:>9} {:>9} {}", [TARGETS, *by_target(figures)])
     if "--json" in arguments:
         keep(context, figures)
 
