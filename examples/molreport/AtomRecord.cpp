@@ -57,33 +57,34 @@ bool Line::startsWith(const char* name) const {
   return std::strncmp(text, name, std::strlen(name)) == 0;
 }
 
-std::string Line::field(int first, int last) const {
+std::string_view Line::columns(int first, int last) const {
   last = std::min(last, length);
-  while (first <= last && column(first) == ' ') ++first;
-  while (first <= last && column(last) == ' ') --last;
+  while (first <= last && text[first - 1] == ' ') ++first;
+  while (first <= last && text[last - 1] == ' ') --last;
   if (first > last) return {};
-  std::string field(text + first - 1, text + last);
+  return {text + first - 1, static_cast<std::size_t>(last - first + 1)};
+}
+
+std::string Line::field(int first, int last) const {
+  std::string field(columns(first, last));
   replaceControls(field.data());
   return field;
 }
 
 Content contentOf(const Line& line, int first, int last, bool allowPoint) {
-  last = std::min(last, line.length);
-  while (first <= last && line.column(first) == ' ') ++first;
-  while (first <= last && line.column(last) == ' ') --last;
-  if (first > last) return Content::blank;
-  if (line.column(first) == '-' || line.column(first) == '+') ++first;
-  int digits = 0;
-  for (; first <= last; ++first) {
-    const char c = line.column(first);
+  std::string_view field = line.columns(first, last);
+  if (field.empty()) return Content::blank;
+  if (field[0] == '-' || field[0] == '+') field.remove_prefix(1);
+  bool hasDigit = false;
+  for (const char c : field) {
     if (isDigit(c))
-      ++digits;
+      hasDigit = true;
     else if (c == '.' && allowPoint)
       allowPoint = false;
     else
       return Content::other;
   }
-  return digits > 0 ? Content::number : Content::other;
+  return hasDigit ? Content::number : Content::other;
 }
 
 int readNumber(const Line& line, int first, int last, int& value) {
@@ -108,8 +109,8 @@ std::string faultOf(const Line& line) {
     if (content == Content::blank) return fmt::format("{} is missing", column.what);
     if (content == Content::other) return notANumber(line, column);
   }
-  if (line.field(13, 16).empty()) return "atom name is missing";
-  if (line.field(residueNumberColumns.first, residueNumberColumns.last).empty())
+  if (line.columns(13, 16).empty()) return "atom name is missing";
+  if (line.columns(residueNumberColumns.first, residueNumberColumns.last).empty())
     return "residue number is missing";
   return {};
 }

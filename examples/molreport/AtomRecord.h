@@ -2,6 +2,7 @@
 #define MOLREPORT_ATOMRECORD_H
 
 #include <string>
+#include <string_view>
 
 /// \file AtomRecord.h
 /// The fields of an ATOM or HETATM line, and what can be wrong with them.
@@ -17,7 +18,9 @@ struct Line {
   bool startsWith(const char* name) const;
   /// Column 1, 2, ...; ' ' past the end.
   char column(int number) const { return number <= length ? text[number - 1] : ' '; }
-  /// Columns `first` to `last`, without blanks around them; what cannot be printed becomes '?'.
+  /// Columns `first` to `last` as far as the line has them, without blanks around them.
+  std::string_view columns(int first, int last) const;
+  /// Likewise, as a text to print: what cannot be printed becomes '?'.
   std::string field(int first, int last) const;
 };
 

@@ -78,7 +78,7 @@ std::string printAttributes(std::FILE* out, const Structure& structure,
                             const std::string& selection,
                             const std::vector<std::string>& settings) {
   Selection selected;
-  const std::string fault = selected.parse(selection);
+  std::string fault = selected.parse(selection);
   if (!fault.empty()) return fault;
   const std::vector<Selected> nodes = nodesOf(structure, selected);
   if (nodes.empty()) return fmt::format("nothing matches {}", selection);

@@ -51,7 +51,7 @@ std::string Connections::add(const Line& line, int lineNumber) {
     if (!readNumber(line, first, last, serials.back()))
       return fmt::format("serial \"{}\" is not a number", field);
   }
-  if (serials.size() < 2 || line.field(firstColumns[0], 11).empty())
+  if (serials.size() < 2 || line.columns(firstColumns[0], 11).empty())
     return "the record does not connect two atoms";
   records_.push_back({lineNumber, serials[0], {serials.begin() + 1, serials.end()}});
   return {};

@@ -99,7 +99,7 @@ void Reader::readLine(const Line& line) {
     readConnection(line);
   else if (line.startsWith("REMARK 350"))
     reading_.remarks350.push_back({reading_.lines, line.text});
-  else if (line.startsWith("ENDMDL") || line.field(1, 6) == "END")
+  else if (line.startsWith("ENDMDL") || line.columns(1, 6) == "END")
     closeModel();
 }
 
