@@ -6,6 +6,9 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -26,8 +29,18 @@ inline std::string with(std::string line, int column, const std::string& text) {
   return line.replace(static_cast<std::size_t>(column) - 1, text.size(), text);
 }
 
+/// A path in a folder of this process, which goes when the process ends.
+inline std::string scratchPath(const std::string& name) {
+  static const struct Folder {
+    std::string path = fmt::format("{}molreport_test_{}/", testing::TempDir(), getpid());
+    Folder() { std::filesystem::create_directory(path); }
+    ~Folder() { std::filesystem::remove_all(path); }
+  } folder;
+  return folder.path + name;
+}
+
 inline std::string writeFile(const std::string& name, const std::string& text) {
-  const std::string path = testing::TempDir() + name;
+  const std::string path = scratchPath(name);
   std::ofstream(path, std::ios::binary) << text;
   return path;
 }
@@ -39,7 +52,7 @@ struct TextReading {
 };
 
 inline TextReading readText(const std::string& text) {
-  const std::string path = writeFile("molreport_input.pdb", text);
+  const std::string path = writeFile("input.pdb", text);
   testing::internal::CaptureStderr();
   TextReading result{readStructure(path), {}};
   result.messages = testing::internal::GetCapturedStderr();

@@ -252,7 +252,7 @@ TEST(MolreportAssembly, IsReadFromItsRecords) {
 
 TEST(MolreportAssembly, ComesBackWithItsCoordinatesToTheLastDigit) {
   const std::string path = MOLREPORT_DATA "/peptide.pdb";
-  const std::string out = testing::TempDir() + "molreport_assembly.pdb";
+  const std::string out = scratchPath("assembly.pdb");
   const Reading reading = readStructure(path);
   testing::internal::CaptureStdout();
   ASSERT_EQ(writeAssembly(stdout, path, reading, 2, out), "");
