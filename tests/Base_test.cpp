@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -85,6 +87,38 @@ TEST(Base, IdentifiersLeadToLiveObjectsAloneAmongManyAndAreNotReused) {
   }
   EXPECT_EQ(tqBase(1).oid(), oids.back() + 1);
   EXPECT_FALSE(oid_to_base(0) || oid_to_base(-1));
+}
+
+// Keeps 1 of `outOf` objects of a long row, at random, then destroys most of those, too.
+TEST(Base, IdentifiersOfTheFewThatOutliveALongSessionStillLeadToThem) {
+  std::mt19937 random(7);
+  std::map<unsigned, std::unique_ptr<tqBase>> alive;
+  unsigned first = 0, last = 0;
+  for (const unsigned outOf : {3u, 16u, 2000u, 1u})
+    for (int i = 0; i < 20000; ++i) {
+      auto object = std::make_unique<tqBase>(1);
+      last = object->oid();
+      if (first == 0) first = last;
+      if (random() % outOf == 0) alive[last] = std::move(object);
+      if (random() % 40 == 0 && !alive.empty()) alive.erase(alive.begin());
+    }
+  const auto allLead = [&] {
+    for (unsigned oid = first; oid <= last; ++oid) {
+      const auto found = alive.find(oid);
+      if (tqBase::validated(oid, 0) != (found == alive.end() ? nullptr : found->second.get()))
+        return false;
+    }
+    return true;
+  };
+  EXPECT_TRUE(allLead());
+  const unsigned oldest = alive.begin()->first;
+  EXPECT_TRUE(tqBase::setMapping(oldest, last));
+  for (auto i = std::next(alive.begin()); i != alive.end();)
+    i = i->first != last && random() % 50 != 0 ? alive.erase(i) : std::next(i);
+  EXPECT_TRUE(allLead());
+  EXPECT_EQ(tqBase::validated(oldest, 1), alive[last].get());
+  tqBase::clearMapping();
+  EXPECT_EQ(tqBase::validated(oldest, 1), alive[oldest].get());
 }
 
 TEST(Base, MappingsRedirectLookUpsToTheirEndAndCirclesToNull) {
