@@ -106,7 +106,13 @@ public:
   /// object of no class.
   int checkObjectType(const tqBase* object) const;
   /// 1 when the event is heard.
-  int checkEvent(int event) const;
+  int checkEvent(int event) const {
+    for (int i = 0; i < numEvents; ++i) {
+      const int code = events[i];
+      if (code == event || code == everyEvent || (code == eventBit && (event & eventBit))) return 1;
+    }
+    return 0;
+  }
 
   /// Chooses the queue; a trigger that stands on one moves over. `NOTIFY_NEVER` is refused.
   void setWhenNotify(NotificationOption option);
@@ -150,6 +156,8 @@ protected:
   void record(tqBase* object, tqBase* other);
 
 private:
+  static constexpr int everyEvent = 1, eventBit = 0x1000;
+
   void addToGroup(tqNamedGroup*& group, tqBase* object);
   void unregister(tqBase* object);
 };

@@ -13,8 +13,6 @@ tqTriggerList* deleted_triggers = nullptr;
 namespace {
 
 constexpr unsigned allClasses = 2000;
-constexpr int everyEvent = 1;
-constexpr int eventBit = 0x1000;
 constexpr int deletionEvent = 4;
 
 // A list that exists is never replaced: triggers may stand on it already.
@@ -159,14 +157,6 @@ void tqTrigger::setDeleted() {
 int tqTrigger::checkObjectType(const tqBase* object) const {
   for (int i = 0; i < numObjectTypes; ++i)
     if (objectTypes[i] == allClasses || (object && object->isA(objectTypes[i]))) return 1;
-  return 0;
-}
-
-int tqTrigger::checkEvent(int event) const {
-  for (int i = 0; i < numEvents; ++i) {
-    const int code = events[i];
-    if (code == everyEvent || code == event || (code == eventBit && (event & eventBit))) return 1;
-  }
   return 0;
 }
 
