@@ -113,7 +113,7 @@ unsigned pageCount = 0;
 unsigned newestPage = 0;  // the one page that OIDs may still be added to
 
 // Pages given up, all zero, for OIDs to come: each large block taken from the C heap makes it tidy
-// up all small ones, which cost a third of the time of making and destroying objects.
+// up all small ones, which cost a fifth of the time of making and destroying objects.
 constexpr unsigned mostSpare = 128;
 RegistryPage* spare[mostSpare];
 unsigned spareCount = 0;
@@ -193,7 +193,7 @@ tqBaseList& queueOfDeletions() {
   return *tqBase::_tbdList;
 }
 
-// Most events queue nothing: 11 ns for one watcher with the calls, 8 without.
+// Most events queue nothing: with the filter inline, one watcher takes 8 ns instead of 11.
 void emptyQueue() {
   if (!tqBase::_tbdList || tqBase::_tbdList->count() > 0) tqBase::deleteTBDObjects();
 }
