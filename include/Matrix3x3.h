@@ -73,6 +73,8 @@ public:
   virtual tqMatrix3x3 operator~();
   /// @}
 
+private:
+  explicit tqMatrix3x3(Unset unset) : MMatrix(3, 3, unset) {}
   friend tqMatrix3x3 operator*(const tqMatrix3x3& a, const tqMatrix3x3& b);
 };
 
@@ -85,7 +87,7 @@ inline tqPoint3D operator*(const tqMatrix3x3& m, const tqPoint3D& p) {
 
 /// The matrix product. With points as rows, `a * b` does first what `a` does.
 inline tqMatrix3x3 operator*(const tqMatrix3x3& a, const tqMatrix3x3& b) {
-  tqMatrix3x3 result;
+  tqMatrix3x3 result{tqMatrix3x3::Unset()};
   result.setProduct<3>(a, b);
   return result;
 }

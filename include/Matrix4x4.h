@@ -24,9 +24,11 @@ public:
   tqMatrix4x4() : MMatrix(4, 4, nullptr) {}
   tqMatrix4x4(const tqMatrix4x4&) = default;
   /// For points as rows: rotates by `r`, then moves by `t`.
-  tqMatrix4x4(const tqMatrix3x3& r, const tqPoint3D& t) : tqMatrix4x4() {
-    for (int i = 0; i < 3; ++i)
+  tqMatrix4x4(const tqMatrix3x3& r, const tqPoint3D& t) : tqMatrix4x4(Unset()) {
+    for (int i = 0; i < 3; ++i) {
       for (int j = 0; j < 3; ++j) at(i, j) = r.at(i, j);
+      at(i, 3) = 0.0;
+    }
     at(3, 0) = t.x;
     at(3, 1) = t.y;
     at(3, 2) = t.z;
@@ -54,7 +56,18 @@ public:
   ///
   /// Right only for rigid motions, whose upper left 3x3 block is orthonormal; that is not checked,
   /// and the last column is ignored. For anything else take `~MMatrix(m)`.
-  tqMatrix4x4 operator~() const;
+  tqMatrix4x4 operator~() const {
+    tqMatrix4x4 inverse{Unset()};
+    const bool moves = hasTranslation();
+    const double x = -at(3, 0), y = -at(3, 1), z = -at(3, 2);
+    for (int j = 0; j < 3; ++j) {
+      for (int i = 0; i < 3; ++i) inverse.at(i, j) = at(j, i);
+      inverse.at(3, j) = moves ? 0.0 + x * at(j, 0) + y * at(j, 1) + z * at(j, 2) : 0.0;
+      inverse.at(j, 3) = 0.0;
+    }
+    inverse.at(3, 3) = 1.0;
+    return inverse;
+  }
 
   /// \name Virtual functions
   /// In slot order, after the destructor; the order is part of the binary interface. Both do what
@@ -64,6 +77,8 @@ public:
   virtual tqPoint3D operator*(tqPoint3D& p);
   /// @}
 
+private:
+  explicit tqMatrix4x4(Unset unset) : MMatrix(4, 4, unset) {}
   friend tqMatrix4x4 operator*(const tqMatrix4x4& a, const tqMatrix4x4& b);
 };
 
@@ -76,7 +91,7 @@ inline tqPoint3D operator*(const tqMatrix4x4& m, const tqPoint3D& p) {
 
 /// The matrix product. With points as rows, `a * b` does first what `a` does.
 inline tqMatrix4x4 operator*(const tqMatrix4x4& a, const tqMatrix4x4& b) {
-  tqMatrix4x4 result;
+  tqMatrix4x4 result{tqMatrix4x4::Unset()};
   result.setProduct<4>(a, b);
   return result;
 }

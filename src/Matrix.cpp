@@ -3,6 +3,7 @@
 #include "Warn.h"
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <new>
 
@@ -10,6 +11,154 @@ namespace {
 
 void require(bool condition) {
   if (!condition) std::abort();
+}
+
+// The kernel of products, which the reduction shares. Wherever it adds up products, each is rounded
+// by itself, and those of one element are added in the order of the terms: vectors run along the
+// columns, so an element never leaves its place in them.
+
+using TwoDoubles = double __attribute__((vector_size(16)));
+using FourDoubles = double __attribute__((vector_size(32)));
+#define TQ_ALWAYS_INLINE inline __attribute__((always_inline))  // or it is not compiled for AVX2
+
+/// The elements of a matrix from (i, j) on, to the right and down.
+struct Block {
+  Block(const MMatrix& m, int i, int j) : first(&m.at(i, j)), stride(m.nCol()) {}
+  Block(double* element, std::ptrdiff_t rowToRow) : first(element), stride(rowToRow) {}
+  double* row(std::ptrdiff_t i) const { return first + i * stride; }
+  Block from(std::ptrdiff_t i, std::ptrdiff_t j) const { return {row(i) + j, stride}; }
+
+  double* first;
+  std::ptrdiff_t stride;
+};
+
+// By way of a vector of its own, or GCC 12 keeps the array that `to` or `from` is part of in
+// memory.
+template <class Vector> TQ_ALWAYS_INLINE void load(Vector& to, const double* from) {
+  Vector vector;
+  std::memcpy(&vector, from, sizeof vector);
+  to = vector;
+}
+template <class Vector> TQ_ALWAYS_INLINE void store(double* to, const Vector& from) {
+  const Vector vector = from;
+  std::memcpy(to, &vector, sizeof vector);
+}
+
+constexpr int tileRows = 4;  // with two vectors of columns: 8 sums, which keep both adders busy
+
+/// Adds to `tileRows` rows of sums the products of as many rows of factors with the rows of `b`,
+/// which has `vectors` vectors of columns and no gaps.
+template <class Vector, int vectors>
+TQ_ALWAYS_INLINE void addToTile(double* const* sumRows, const double* const* factorRows,
+                                const double* b, int terms) {
+  constexpr int size = sizeof(Vector) / sizeof(double);
+  Vector sums[tileRows][vectors];
+  for (int r = 0; r < tileRows; ++r)
+    for (int v = 0; v < vectors; ++v) load(sums[r][v], sumRows[r] + v * size);
+  for (int k = 0; k < terms; ++k, b += vectors * size) {
+    Vector row[vectors];
+    for (int v = 0; v < vectors; ++v) load(row[v], b + v * size);
+    for (int r = 0; r < tileRows; ++r)
+      for (int v = 0; v < vectors; ++v) sums[r][v] += factorRows[r][k] * row[v];
+  }
+  for (int r = 0; r < tileRows; ++r)
+    for (int v = 0; v < vectors; ++v) store(sumRows[r] + v * size, sums[r][v]);
+}
+
+constexpr int termsAtOnce = 256;  // 16 KiB of `b` beside a few rows of `a` in the first-level cache
+
+/// Adds `a` times `b` to `c`, in `vectors` vectors of columns.
+template <class Vector, int vectors>
+TQ_ALWAYS_INLINE void addToColumns(const Block& c, const Block& a, const Block& b, int rows,
+                                   int terms) {
+  constexpr int width = vectors * int{sizeof(Vector) / sizeof(double)};
+  double packed[termsAtOnce * width];  // rows a power of two apart would push each other out
+  for (int k = 0; k < terms; ++k) std::copy_n(b.row(k), width, packed + k * width);
+  for (int i = 0; i < rows; i += tileRows) {
+    double* sumRows[tileRows];
+    const double* factorRows[tileRows];
+    for (int r = 0; r < tileRows; ++r) {
+      // Below the last row the last is computed again, from the same sums to the same result.
+      sumRows[r] = c.row(std::min(i + r, rows - 1));
+      factorRows[r] = a.row(std::min(i + r, rows - 1));
+    }
+    addToTile<Vector, vectors>(sumRows, factorRows, packed, terms);
+  }
+}
+
+template <class Vector>
+TQ_ALWAYS_INLINE void addProductBy(const Block& c, const Block& a, const Block& b, int rows,
+                                   int terms, int columns) {
+  constexpr int size = sizeof(Vector) / sizeof(double);
+  for (int k = 0; k < terms; k += termsAtOnce) {
+    const int some = std::min(termsAtOnce, terms - k);
+    int j = 0;
+    for (; j + 2 * size <= columns; j += 2 * size)
+      addToColumns<Vector, 2>(c.from(0, j), a.from(0, k), b.from(k, j), rows, some);
+    for (; j + size <= columns; j += size)
+      addToColumns<Vector, 1>(c.from(0, j), a.from(0, k), b.from(k, j), rows, some);
+    for (; j < columns; ++j)
+      addToColumns<double, 1>(c.from(0, j), a.from(0, k), b.from(k, j), rows, some);
+  }
+}
+
+#ifdef __x86_64__
+// AVX2 brings no fused multiply-add, and AVX-512 was no faster: 700 us both for n = 256.
+__attribute__((target("avx2"))) void
+addProductByAvx2(const Block& c, const Block& a, const Block& b, int rows, int terms, int columns) {
+  addProductBy<FourDoubles>(c, a, b, rows, terms, columns);
+}
+#endif
+
+/// Adds `a`, of `rows` rows and `terms` columns, times `b`, of `terms` rows and `columns` columns,
+/// to `c`, which overlaps neither.
+///
+/// n = 64 takes 12 us, 31 us without AVX2, 52 us in plain loops; n = 256 0.8, 2.5 and 3.5 ms
+/// (GCC 12 -O3, x86-64 virtual machine).
+void addProduct(const Block& c, const Block& a, const Block& b, int rows, int terms, int columns) {
+#ifdef __x86_64__
+  if (__builtin_cpu_supports("avx2")) return addProductByAvx2(c, a, b, rows, terms, columns);
+#endif
+  addProductBy<TwoDoubles>(c, a, b, rows, terms, columns);
+}
+
+void addMultiple(double* to, double f, const double* from, int count) {
+  for (int j = 0; j < count; ++j) to[j] += f * from[j];
+}
+
+/// Reduces `m` to upper triangular form, as `upperTriangle` does where no row has to move, and
+/// combines the rows of `operations`, the identity at first, alike.
+///
+/// Column by column in blocks of columns: what a block adds to the rows below it is a product, and
+/// every element still gets the same multiples in the same order. Zeros are not combined: below the
+/// diagonal of `m`, above that of `operations`, adding finite multiples of 0.0 to 0.0 changes
+/// nothing. All of it saves half the time that an inverse takes at n = 256.
+///
+/// \returns false, with both matrices spoilt, when an element to be removed is 0 already, so that
+///   rows have to move, or when a factor is not finite.
+bool reduceInBlocks(MMatrix& m, MMatrix& operations) {
+  constexpr int width = 16;
+  const int rows = m.nRow(), columns = m.nCol();
+  MMatrix factors(rows, width, nullptr);
+  for (int start = 0; start < std::min(rows, columns); start += width) {
+    const int end = std::min({start + width, rows, columns});
+    for (int k = start; k < end; ++k)
+      for (int i = k + 1; i < rows; ++i) {
+        const double f = -m.at(i, k) / m.at(k, k);
+        if (m.at(i, k) == 0.0 || !std::isfinite(f)) return false;
+        m.at(i, k) = 0.0;
+        // Rows of the block are combined as a whole, the others wait for the product.
+        addMultiple(&m.at(i, k) + 1, f, &m.at(k, k) + 1, (i < end ? columns : end) - k - 1);
+        if (i < end) addMultiple(&operations.at(i, 0), f, &operations.at(k, 0), k + 1);
+        factors.at(i, k - start) = f;
+      }
+    if (end == rows) break;
+    const Block below(factors, end, 0);
+    const int rest = rows - end, terms = end - start;
+    addProduct({m, end, end}, below, {m, start, end}, rest, terms, columns - end);
+    addProduct({operations, end, 0}, below, {operations, start, 0}, rest, terms, end);
+  }
+  return true;
 }
 
 /// A matrix of the size of `a`, each element made from those of `a` and `b` in the same place.
@@ -80,8 +229,8 @@ MMatrix inverseOfUpper(const MMatrix& upper) {
     for (int l = k + 1; l < n; ++l) {
       const double f = -1.0 / u * upper.at(k, l);
       // Row l of W starts with zeros, which add nothing as long as numbers are finite.
-      for (int j = finite && std::isfinite(f) ? l : k + 1; j < n; ++j)
-        inverse.at(k, j) += f * inverse.at(l, j);
+      const int j = finite && std::isfinite(f) ? l : k + 1;
+      addMultiple(&inverse.at(k, j), f, &inverse.at(l, j), n - j);
     }
     for (int j = k; j < n; ++j) finite = finite && std::isfinite(inverse.at(k, j));
     if (k == 0) break;
@@ -135,7 +284,7 @@ void MMatrix::switchRows(int i, int j) {
 
 void MMatrix::combineRows(int i, double f, int k) {
   require(i >= 0 && i < nRow_ && k >= 0 && k < nRow_);
-  for (int j = 0; j < nCol_; ++j) at(i, j) += f * at(k, j);
+  addMultiple(&at(i, 0), f, &at(k, 0), nCol_);
 }
 
 MMatrix MMatrix::t() const {
@@ -169,6 +318,12 @@ bool MMatrix::isUpperTriangle() const {
 MMatrix MMatrix::upperTriangle() {
   MMatrix operations(nRow_, 1.0);
   if (isUpperTriangle()) return operations;
+  if (nRow_ >= 8) {  // or the copy costs more than the blocks save
+    const MMatrix before(*this);
+    if (reduceInBlocks(*this, operations)) return operations;
+    *this = before;
+    operations = MMatrix(nRow_, 1.0);
+  }
   for (int k = 0; k < nCol_ && k < nRow_; ++k) {
     // Move rows with a zero in column k below `last`, the last row without one.
     int last = nRow_ - 1;
@@ -254,15 +409,12 @@ MMatrix operator*(double s, const MMatrix& a) {
 MMatrix operator*(const MMatrix& a, const MMatrix& b) {
   require(a.nCol() == b.nRow());
   MMatrix result(a.nRow(), b.nCol(), nullptr);
-  // Row by row of `b`: every element still sums from 0.0 in the order of k, while memory is read in
-  // the order in which it lies.
-  for (int i = 0; i < a.nRow(); ++i)
-    for (int k = 0; k < a.nCol(); ++k) {
-      const double f = a.at(i, k);
-      const double* from = &b.at(k, 0);
-      double* to = &result.at(i, 0);
-      for (int j = 0; j < b.nCol(); ++j) to[j] += f * from[j];
-    }
+  if (a.nRow() < tileRows)
+    for (int i = 0; i < a.nRow(); ++i)
+      for (int k = 0; k < a.nCol(); ++k)
+        addMultiple(&result.at(i, 0), a.at(i, k), &b.at(k, 0), b.nCol());
+  else
+    addProduct({result, 0, 0}, {a, 0, 0}, {b, 0, 0}, a.nRow(), a.nCol(), b.nCol());
   return result;
 }
 
@@ -272,14 +424,6 @@ MMatrix operator&(const MMatrix& a, const MMatrix& b) {
   for (int j = 0; j < a.nCol(); ++j) result.col(j, a.col(j));
   for (int j = 0; j < b.nCol(); ++j) result.col(a.nCol() + j, b.col(j));
   return result;
-}
-
-tqPoint3D operator*(const tqPoint3D& p, const MMatrix& m) {
-  require(m.sameSize(3, 3));
-  const auto column = [&](int j) {
-    return 0.0 + p.x * m.at(0, j) + p.y * m.at(1, j) + p.z * m.at(2, j);
-  };
-  return {column(0), column(1), column(2)};
 }
 
 double det(const MMatrix& a) {

@@ -65,4 +65,16 @@ TEST(Matrix3x3Inverse, HoldsAtAnyScaleAndIsZeroForSingularMatrices) {
   }
 }
 
+TEST(Matrix3x3Inverse, OfAMatrixScaledByAPowerOf2IsScaledBackToTheBit) {
+  RandomPoints random;
+  for (int round = 0; round < 200; ++round) {
+    tqMatrix3x3 m, large;
+    for (int i = 0; i < 9; ++i) m(i / 3, i % 3) = i == round % 20 ? 0.0 : random.coordinate();
+    for (int i = 0; i < 9; ++i) large(i / 3, i % 3) = std::ldexp(m(i / 3, i % 3), 400);
+    const tqMatrix3x3 inverse = ~m, small = ~large;
+    for (int i = 0; i < 9; ++i)
+      ASSERT_EQ(std::ldexp(small(i / 3, i % 3), 400), inverse(i / 3, i % 3)) << round;
+  }
+}
+
 }  // namespace

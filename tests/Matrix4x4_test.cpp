@@ -2,6 +2,7 @@
 
 #include "geometry_testing.h"
 
+#include <cstring>
 #include <utility>
 
 namespace {
@@ -39,6 +40,33 @@ TEST(Matrix4x4Motion, KeptTheConstructorsTranslationIsForRowsOnly) {
   EXPECT_FALSE(still.hasTranslation());
   EXPECT_TRUE(~still == tqMatrix4x4(quarter.t(), {}));
   EXPECT_TRUE(tqMatrix4x4().hasTranslation());  // element (3, 3) is not 1
+}
+
+TEST(Matrix4x4Motion, InverseIgnoresTheLastColumnAndCountsZeroTranslationAsNone) {
+  tqMatrix4x4 m(tqMatrix3x3(0, 1, 0, -1, 0, 0, 0, 0, 1), {1, 2, 3});
+  const tqMatrix4x4 inverse = ~m;
+  for (int i = 0; i < 3; ++i) m(i, 3) = 7.0;
+  EXPECT_TRUE(~m == inverse);
+  const tqMatrix4x4 unbounded(tqMatrix3x3(INFINITY, 0, 0, 0, 1, 0, 0, 0, 1), {});
+  EXPECT_EQ((~unbounded)(3, 0), 0.0);
+}
+
+TEST(Matrix4x4Product, EqualsThatOfOtherSizesToTheBitAndSoDoes3x3) {
+  RandomPoints random;
+  const auto compare = [&](auto a, auto b, int zeroColumn) {
+    const int n = a.nRow();
+    for (int i = 0; i < n * n; ++i) {
+      a(i / n, i % n) = random.coordinate();
+      b(i / n, i % n) = random.coordinate() * (i % n == zeroColumn ? 0.0 : 1.0);
+    }
+    const MMatrix &anyA = a, &anyB = b, &product = a * b, expected = anyA * anyB;
+    const auto size = static_cast<std::size_t>(n * n) * sizeof(double);
+    EXPECT_EQ(std::memcmp(&product(0, 0), &expected(0, 0), size), 0);
+  };
+  for (int round = 0; round < 100; ++round) {
+    compare(tqMatrix3x3(), tqMatrix3x3(), round % 3);
+    compare(tqMatrix4x4(), tqMatrix4x4(), round % 4);
+  }
 }
 
 }  // namespace

@@ -108,6 +108,75 @@ TEST(MatrixProduct, RoundsEveryTermAndSumsFromTheFirst) {
   EXPECT_TRUE(same(tqPoint3D(1, 10, 100) * MMatrix(3, 3, rows), {741, 852, 1063}));
 }
 
+// One element in `rarity` is one of the first `kinds` numbers that sums and factors may trip over.
+MMatrix oddMatrix(RandomPoints& random, int r, int c, int rarity, int kinds) {
+  const double oddValues[] = {0.0, -0.0, 1e300, 1e-310, -1e-310, INFINITY, -INFINITY, NAN};
+  MMatrix m = randomMatrix(random, r, c);
+  for (int i = 0; i < r * c; ++i) {
+    const int odd = static_cast<int>((random.coordinate() + 10) / 20 * kinds * rarity);
+    if (odd < kinds) m(i / c, i % c) = oddValues[odd];
+  }
+  return m;
+}
+
+bool sameBits(const MMatrix& a, const MMatrix& b) {
+  int same = 0;
+  for (int i = 0; i < a.nRow() * a.nCol(); ++i)
+    same += sameBits(a(i / a.nCol(), i % a.nCol()), b(i / a.nCol(), i % a.nCol()));
+  return same == b.nRow() * b.nCol();
+}
+
+TEST(MatrixProduct, EqualsRowTimesColumnToTheBitWhereverTilesEnd) {
+  RandomPoints random;
+  const int sizes[][3] = {{1, 9, 40}, {4, 300, 1},   {5, 1, 7},    {7, 257, 13}, {9, 513, 8},
+                          {4, 0, 5},  {17, 256, 12}, {33, 31, 30}, {64, 2, 11}};
+  for (const auto& [rows, terms, columns] : sizes)
+    for (const int rarity : {1, 40, 1 << 20}) {
+      const MMatrix a = oddMatrix(random, rows, terms, rarity, 8);
+      const MMatrix b = oddMatrix(random, terms, columns, rarity, 8);
+      MMatrix expected(rows, columns, nullptr);
+      for (int i = 0; i < rows * columns; ++i)
+        expected(i / columns, i % columns) = a.row(i / columns) ^ b.col(i % columns);
+      EXPECT_TRUE(sameBits(a * b, expected)) << rows << "x" << terms << "x" << columns;
+    }
+}
+
+// The reduction as it is defined, whole rows at a time.
+MMatrix plainReduction(MMatrix& m) {
+  MMatrix operations(m.nRow(), 1.0);
+  for (int k = 0; k < m.nCol() && !m.isUpperTriangle(); ++k) {
+    int last = m.nRow() - 1;
+    for (int r = k;;) {
+      while (k < last && m(last, k) == 0.0) --last;
+      while (r < last && m(r, k) != 0.0) ++r;
+      if (r >= last) break;
+      m.switchRows(last, r);
+      operations.switchRows(last, r);
+    }
+    for (int i = k + 1; i <= last; ++i) {
+      const double f = -m(i, k) / m(k, k);
+      m.combineRows(i, f, k);
+      operations.combineRows(i, f, k);
+      m(i, k) = 0.0;
+    }
+  }
+  return operations;
+}
+
+TEST(MatrixReduction, EqualsTheDefinitionToTheBitInBlocksAndOutOfThem) {
+  RandomPoints random;
+  const std::pair<int, int> sizes[] = {{5, 5},   {8, 8},   {17, 17}, {40, 40},
+                                       {33, 50}, {50, 33}, {9, 1},   {20, 64}};
+  const std::pair<int, int> oddities[] = {{2, 2}, {40, 2}, {20, 8}, {1000, 8}, {1 << 25, 8}};
+  for (const auto& [r, c] : sizes)
+    for (const auto& [rarity, kinds] : oddities) {
+      MMatrix m = oddMatrix(random, r, c, rarity, kinds), plain = m;
+      const MMatrix operations = m.upperTriangle(), expected = plainReduction(plain);
+      EXPECT_TRUE(sameBits(m, plain) && sameBits(operations, expected))
+          << r << "x" << c << ", one odd in " << rarity;
+    }
+}
+
 TEST(MatrixElements, ComeFromArraysDiagonalsViewsAndOtherMatrices) {
   const double six[] = {1, 2, 3, 4, 5, 6}, turned[] = {1, 4, 2, 5, 3, 6}, two[] = {7, 8};
   const double joined[] = {1, 2, 3, 7, 0, 4, 5, 6, 0, 8}, ended[] = {28, 2, 18, 28, 8, 18};
