@@ -80,8 +80,8 @@ private:
 /// Chains of entries over an array of slots whose number is a power of two, 32 at least.
 ///
 /// `Rule` gives the types `Key` and `Value` and the static functions `unsigned hash(key)`, whose
-/// low bits select the slot, `unsigned spread(key)`, a hash without regard to slots that differs
-/// for keys that differ, and `equal(stored key, sought key)`.
+/// low bits select the slot, `unsigned spread(key)`, a second hash that has nothing to do with
+/// slots and uses all its bits (`spreadBits` makes one), and `equal(stored key, sought key)`.
 ///
 /// Equal keys are not refused: the newest hides the older ones until it is removed. (Growing turns
 /// them over, see `insert`.) An owner that wants one entry per key asks `find` first.
