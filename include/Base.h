@@ -20,12 +20,8 @@ struct OIDEntry {
 };
 
 /// Slot by the number itself: OIDs are handed out in sequence and spread evenly.
-struct OIDPtrTblRule {
-  using Key = unsigned;
-  using Value = OIDEntry*;
+struct OIDPtrTblRule : PlainRule<unsigned, OIDEntry*> {
   static unsigned hash(unsigned oid) { return oid; }
-  static unsigned spread(unsigned oid) { return spreadBits(std::uint64_t{oid}); }
-  static bool equal(unsigned a, unsigned b) { return a == b; }
 };
 /// From an OID to its entry. Owns its links, never what the values point to.
 class TQ_API OIDPtrTbl : public ChainedTable<OIDPtrTblRule> {
@@ -36,12 +32,8 @@ using OIDPtrTbl_Entry = OIDPtrTbl::Entry;
 using OIDPtrTbl_Iterator = OIDPtrTbl::Iterator;
 
 /// Slot by the number itself.
-struct OIDHndTblRule {
-  using Key = int;
-  using Value = void*;
+struct OIDHndTblRule : PlainRule<int, void*> {
   static unsigned hash(int oid) { return static_cast<unsigned>(oid); }
-  static unsigned spread(int oid) { return spreadBits(std::uint64_t{hash(oid)}); }
-  static bool equal(int a, int b) { return a == b; }
 };
 /// From a handle's OID to the handle.
 class TQ_API OIDHndTbl : public ChainedTable<OIDHndTblRule> {
@@ -52,14 +44,10 @@ using OIDHndTbl_Entry = OIDHndTbl::Entry;
 using OIDHndTbl_Iterator = OIDHndTbl::Iterator;
 
 /// Slot by the low 32 bits of the address, taken as signed, without the two that alignment zeroes.
-struct HndOIDTblRule {
-  using Key = void*;
-  using Value = int;
+struct HndOIDTblRule : PlainRule<void*, int> {
   static unsigned hash(const void* handle) {
     return static_cast<unsigned>(static_cast<std::int32_t>(lowWord(handle)) >> 2);
   }
-  static unsigned spread(const void* handle) { return spreadBits(handle); }
-  static bool equal(const void* a, const void* b) { return a == b; }
 };
 /// From a handle to its OID.
 class TQ_API HndOIDTbl : public ChainedTable<HndOIDTblRule> {

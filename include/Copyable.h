@@ -11,14 +11,10 @@
 class tqCopyable;
 
 /// Slot by the address itself.
-struct CopyableTableRule {
-  using Key = tqCopyable*;
-  using Value = tqCopyable*;
+struct CopyableTableRule : PlainRule<tqCopyable*, tqCopyable*> {
   // Kept: the address is used whole, alignment bits included, so objects on 8-byte boundaries reach
   // every eighth slot only. Iteration follows slots: spreading them better would reorder it.
   static unsigned hash(const tqCopyable* source) { return lowWord(source); }
-  static unsigned spread(const tqCopyable* source) { return spreadBits(source); }
-  static bool equal(const tqCopyable* a, const tqCopyable* b) { return a == b; }
 };
 
 /// From a source to its copy. Owns neither.

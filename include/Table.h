@@ -3,6 +3,7 @@
 
 #include "Warn.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -49,6 +50,150 @@ inline unsigned spreadBits(const void* address) {
 /// The same for the characters of a text, all of which count.
 TQ_API unsigned spreadBits(const char* text, std::size_t length);
 
+/// Open addressing with linear probing: finds what is kept under a hash. A `Place` is copied as it
+/// is, and all zero when nobody is in it; it has `bool used()` and `unsigned spread()`, the hash by
+/// whose upper bits it is found. The owner calls `clear` in the end, or never, where one lasts as
+/// long as the process.
+template <class Place> class OpenIndex {
+public:
+  OpenIndex() = default;
+  OpenIndex(const OpenIndex&) = delete;
+  OpenIndex& operator=(const OpenIndex&) = delete;
+
+  /// Places in use.
+  unsigned count() const { return count_; }
+  /// All places, also those that are not in use.
+  Place* begin() const { return places_; }
+  Place* end() const { return places_ ? places_ + mask_ + 1 : places_; }
+
+  /// The place of that hash for which `is(place)`, or null. It stays where it is until one is added
+  /// or removed.
+  template <class Is> Place* find(unsigned spread, Is is) const {
+    if (!places_) return nullptr;
+    for (unsigned i = home(spread); places_[i].used(); i = (i + 1) & mask_)
+      if (is(places_[i])) return &places_[i];
+    return nullptr;
+  }
+
+  /// Adds one that is in use; whether there is one like it is not asked.
+  void add(const Place& place) {
+    if (count_ == most_) grow();
+    ++count_;
+    put(place);
+  }
+
+  /// Removes a place of this index.
+  void remove(Place* place) {
+    auto gap = static_cast<unsigned>(place - places_);
+    for (unsigned i = (gap + 1) & mask_; places_[i].used(); i = (i + 1) & mask_) {
+      // Those between the gap and their home are found without it.
+      if (((i - home(places_[i].spread())) & mask_) < ((i - gap) & mask_)) continue;
+      places_[gap] = places_[i];
+      gap = i;
+    }
+    places_[gap] = Place{};
+    --count_;
+  }
+
+  /// Removes all, and gives their memory back.
+  void clear() {
+    std::free(places_);
+    places_ = nullptr;
+    count_ = most_ = 0;
+  }
+
+private:
+  unsigned home(unsigned spread) const { return spread >> shift_; }
+
+  void put(const Place& place) {
+    unsigned i = home(place.spread());
+    while (places_[i].used()) i = (i + 1) & mask_;
+    places_[i] = place;
+  }
+
+  void grow() {
+    Place* const old = places_;
+    const Place* const oldEnd = end();
+    shift_ = old ? shift_ - 1 : 28;
+    mask_ = ~0u >> shift_;
+    most_ = (mask_ + 1) / 4 * 3;
+    places_ = static_cast<Place*>(tqAllocated(std::calloc(std::size_t{mask_} + 1, sizeof(Place))));
+    for (const Place* place = old; place != oldEnd; ++place)
+      if (place->used()) put(*place);
+    std::free(old);
+  }
+
+  Place* places_ = nullptr;
+  unsigned mask_ = 0;   // places less 1
+  unsigned shift_ = 0;  // 32 less the bits of a place
+  unsigned count_ = 0;
+  unsigned most_ = 0;  // when to grow
+};
+
+/// A key and a value of a table as plain data, for as long as nobody looks at its entries. The
+/// table numbers them as they come.
+template <class Rule> struct TablePair {
+  using Key = typename Rule::Key;
+  using Value = typename Rule::Value;
+  static_assert(std::is_trivially_copyable_v<Key> && std::is_trivially_copyable_v<Value>,
+                "the rule of this table needs a Pair of its own");
+
+  TablePair() = default;
+  TablePair(Key newKey, Value newValue, unsigned itsSpread)
+      : key_(newKey), value_(newValue), spread_(itsSpread) {}
+  /// Whether a pair can stand for the two; the table makes entries from the first that it cannot.
+  static bool holds(Key, Value) { return true; }
+  bool used() const { return came != 0; }
+  bool is(Key sought, unsigned itsSpread) const {
+    return spread_ == itsSpread && Rule::equal(key_, sought);
+  }
+  unsigned spread() const { return spread_; }
+  Key key() const { return key_; }
+  Value value() const { return value_; }
+
+private:
+  Key key_;
+  Value value_;
+  unsigned spread_;
+
+public:
+  unsigned came = 0;  ///< set by the table: 1 for the first pair
+};
+
+/// All of a rule (see `ChainedTable`) but its `hash`, for keys that are numbers or addresses.
+template <class K, class V> struct PlainRule {
+  using Key = K;
+  using Value = V;
+  static bool equal(K a, K b) { return a == b; }
+  static unsigned spread(K key) {
+    if constexpr (std::is_pointer_v<K>)
+      return spreadBits(static_cast<const void*>(key));
+    else
+      return spreadBits(std::uint64_t{static_cast<unsigned>(key)});
+  }
+
+  /// As `TablePair`, without what such a key tells itself.
+  struct Pair {
+    Pair() = default;
+    Pair(K newKey, V newValue, unsigned) : key_(newKey), value_(newValue) {}
+    static bool holds(K, V) { return true; }
+    bool used() const { return came != 0; }
+    bool is(K sought, unsigned) const { return key_ == sought; }
+    unsigned spread() const { return PlainRule::spread(key_); }
+    K key() const { return key_; }
+    V value() const { return value_; }
+
+  private:
+    K key_;
+
+  public:
+    unsigned came = 0;  ///< between the two, where it leaves no hole
+
+  private:
+    V value_;
+  };
+};
+
 template <class Rule> class ChainedTable;
 template <class Rule> class ChainedTable_Iterator;
 
@@ -61,18 +206,12 @@ template <class Key, class Value> struct ChainedTable_Entry {
   ChainedTable_Entry& operator=(const ChainedTable_Entry&) = delete;
 
   int inTable = 0;  ///< 1 while linked in a table
-
-private:
-  template <class> friend class ChainedTable;
-  unsigned short growths_ = 0;  // how often the table had grown when the entry came
-  bool fromArena_ = false;      // the table's own memory, not `new`
-
-public:
   Key key{};
   Value value{};
   ChainedTable_Entry* next = nullptr;  ///< the following entry of the same slot, or null
 
 private:
+  template <class> friend class ChainedTable;
   ChainedTable_Entry** back_ = nullptr;  // the pointer that leads to this entry
   ChainedTable_Entry* equal_ = nullptr;  // the following entry of an equal key
 };
@@ -82,16 +221,18 @@ private:
 /// `Rule` gives the types `Key` and `Value` and the static functions `unsigned hash(key)`, whose
 /// low bits select the slot, `unsigned spread(key)`, a second hash that has nothing to do with
 /// slots and uses all its bits (`spreadBits` makes one), and `equal(stored key, sought key)`.
+/// `PlainRule` has all of them but the first. A rule may have a `Pair` in place of `TablePair`.
 ///
 /// Equal keys are not refused: the newest hides the older ones until it is removed. (Growing turns
 /// them over, see `insert`.) An owner that wants one entry per key asks `find` first.
 //
 // The documented slots may crowd all entries into a few chains (aligned addresses, similar names),
-// and code seldom looks at them. So keys are found through an open-addressing index with a hash of
-// its own, and the chains are made when somebody looks: `probe`, `insertEntry` or an iterator.
-// Until then the entries hang in one chain, newest first, and each knows how often the table had
-// grown when it came, which is all that its place in the chains depends on (see `makeChains`).
-// Entries link back to what points at them, so that removing one needs no walk.
+// and code seldom looks at them. So there are no entries until somebody does, through `probe`,
+// `insertEntry` or an iterator, or something comes that pairs do not hold, an equal key for one: an
+// index has the pairs, each with the number of its coming, which is all that its place in the
+// chains depends on (see `makeChains`). From then on there are the entries and their chains, and an
+// index leads from a key to its entry, which links back to what points at it, so that removing one
+// still needs no walk.
 template <class Rule> class TQ_API ChainedTable {
 public:
   using Key = typename Rule::Key;
@@ -103,9 +244,8 @@ public:
   ChainedTable(int sizeHint) { initialize(sizeHint); }
   /// Deletes the entries, not what they point to.
   virtual ~ChainedTable() {
-    deleteEntries();
+    clear();
     std::free(buckets_);
-    std::free(index_);
   }
   ChainedTable(const ChainedTable&) = delete;
   ChainedTable& operator=(const ChainedTable&) = delete;
@@ -116,9 +256,16 @@ public:
   int bucketCount() const { return mask_ + 1; }
 
   /// 1 and the value of the first entry of the key in its chain, or 0 with `value` untouched.
-  int find(Value& value, Key key) const {
-    const Place* place = locate(key);
-    const Entry* entry = place ? place->entry : nullptr;
+  int find(Value& value, const Key& key) const {
+    const unsigned spread = Rule::spread(key);
+    if (!buckets_) {
+      const Pair* const pair = pairOf(key, spread);
+      if (!pair) return 0;
+      value = pair->value();
+      return 1;
+    }
+    const Link* const link = linkOf(key, spread);
+    const Entry* entry = link ? link->entry : nullptr;
     while (entry && entry->inTable != 1) entry = entry->equal_;
     if (!entry) return 0;
     value = entry->value;
@@ -132,12 +279,19 @@ public:
   ///
   /// Kept: a key that is present is not refused, its newest entry hides the older ones; and growing
   /// turns every chain over, equal keys included. Iteration follows the chains.
-  void insert(Key key, Value value) {
+  void insert(const Key& key, const Value& value) {
     if (count_ > 2 * std::int64_t{bucketCount()}) grow();
-    Entry* entry = newEntry();
-    entry->key = key;
-    entry->value = value;
-    add(entry);
+    const unsigned spread = Rule::spread(key);
+    if (!buckets_ && (!Pair::holds(key, value) || pairOf(key, spread) || came_ == mostToCome))
+      makeChains();
+    if (buckets_) {
+      add(newEntry(key, value), spread);
+    } else {
+      Pair pair(key, value, spread);
+      pair.came = ++came_;
+      pairs_.add(pair);
+      ++count_;
+    }
   }
 
   /// Links an entry made with `new` in front of its slot's chain, without growing; the table
@@ -145,29 +299,24 @@ public:
   void insertEntry(Entry* entry) {
     if (!entry) return;
     makeChains();
-    foreign_ = true;
-    add(entry);
+    add(entry, Rule::spread(entry->key));
   }
 
   /// As `find`, and the entry found is deleted.
-  int find_and_remove(Value& value, Key key) {
-    Place* place = locate(key);
-    if (!place) return 0;
-    value = place->entry->value;
-    removeAt(place);
-    return 1;
-  }
+  int find_and_remove(Value& value, const Key& key) { return take(&value, key); }
 
   /// Deletes the first entry of the key in its chain; nothing when there is none.
-  void remove(Key key) {
-    if (Place* place = locate(key)) removeAt(place);
-  }
+  void remove(const Key& key) { take(nullptr, key); }
 
   /// Deletes every entry; the slots stay.
   void clear() {
-    deleteEntries();
+    for (int i = 0; buckets_ && i <= mask_; ++i) {
+      while (Entry* entry = buckets_[i]) {
+        buckets_[i] = entry->next;
+        delete entry;
+      }
+    }
     forgetEntries();
-    if (buckets_) std::memset(buckets_, 0, bytes(bucketCount()));
   }
 
   /// Address of the key's slot, which holds the first entry of its chain. For reading: entries are
@@ -183,31 +332,30 @@ public:
   /// Kept: entries still linked are not deleted. It is for empty tables; an owner that linked
   /// entries of its own and still holds them may start over with it. Others call `clear` first.
   void initialize(int sizeHint) {
-    if (count_ == 0) deleteEntries();  // the arena of those removed before
     std::free(buckets_);
     buckets_ = nullptr;
     mask_ = slotCountFor(sizeHint) - 1;
-    arena_ = nullptr;
-    free_ = nullptr;
-    fresh_ = freshEnd_ = nullptr;
     forgetEntries();
   }
 
 private:
   friend class ChainedTable_Iterator<Rule>;
 
-  // A place of the index; null entry when empty.
-  struct Place {
+  template <class R, class = void> struct PairOf { using Type = TablePair<R>; };
+  template <class R> struct PairOf<R, std::void_t<typename R::Pair>> {
+    using Type = typename R::Pair;
+  };
+  using Pair = typename PairOf<Rule>::Type;
+  // The first entry of a key.
+  struct Link {
+    bool used() const { return entry != nullptr; }
+    unsigned spread() const { return hash; }
     Entry* entry;
-    unsigned spread;
+    unsigned hash;
   };
-  // A block of entries, whose first one only links the blocks.
-  union Cell {
-    Cell() {}
-    ~Cell() {}
-    Cell* next;
-    Entry entry;
-  };
+
+  static constexpr unsigned mostToCome = ~0u;
+  static constexpr int mostGrowths = 13;  // from 32 slots to 2^30, fourfold each time
 
   static int slotCountFor(int sizeHint) {
     constexpr int most = 1 << 30;
@@ -216,10 +364,50 @@ private:
     return slots;
   }
 
-  static std::size_t bytes(int slots) { return static_cast<std::size_t>(slots) * sizeof(Entry*); }
-
   static Entry** newSlots(int slots) {
-    return static_cast<Entry**>(tqAllocated(std::calloc(1, bytes(slots))));
+    return static_cast<Entry**>(
+        tqAllocated(std::calloc(static_cast<std::size_t>(slots), sizeof(Entry*))));
+  }
+
+  static Entry* newEntry(const Key& key, const Value& value) {
+    Entry* const entry = tqAllocated(new (std::nothrow) Entry);
+    entry->key = key;
+    entry->value = value;
+    return entry;
+  }
+
+  Pair* pairOf(const Key& key, unsigned spread) const {
+    return pairs_.find(spread, [&](const Pair& pair) { return pair.is(key, spread); });
+  }
+
+  Link* linkOf(const Key& key, unsigned spread) const {
+    return links_.find(spread, [&](const Link& link) {
+      return link.hash == spread && Rule::equal(link.entry->key, key);
+    });
+  }
+
+  int take(Value* value, const Key& key) {
+    const unsigned spread = Rule::spread(key);
+    if (!buckets_) {
+      Pair* const pair = pairOf(key, spread);
+      if (!pair) return 0;
+      if (value) *value = pair->value();
+      pairs_.remove(pair);
+    } else {
+      Link* const link = linkOf(key, spread);
+      if (!link) return 0;
+      Entry* const entry = link->entry;
+      if (value) *value = entry->value;
+      *entry->back_ = entry->next;
+      if (entry->next) entry->next->back_ = entry->back_;
+      if (entry->equal_)
+        link->entry = entry->equal_;
+      else
+        links_.remove(link);
+      delete entry;
+    }
+    --count_;
+    return 1;
   }
 
   // The chains.
@@ -228,18 +416,24 @@ private:
     return buckets_ + (Rule::hash(key) & static_cast<unsigned>(mask_));
   }
 
-  static void link(Entry** head, Entry* entry) {
+  void chain(Entry* entry) const {
+    Entry** const head = slot(entry->key);
     entry->next = *head;
     entry->back_ = head;
     if (*head) (*head)->back_ = &entry->next;
     *head = entry;
   }
 
-  void add(Entry* entry) {
-    addToIndex(entry);
+  void add(Entry* entry, unsigned spread) {
     entry->inTable = 1;
-    entry->growths_ = growths_;
-    link(buckets_ ? slot(entry->key) : &unchained_, entry);
+    if (Link* const link = linkOf(entry->key, spread)) {
+      entry->equal_ = link->entry;
+      link->entry = entry;
+    } else {
+      entry->equal_ = nullptr;
+      links_.add(Link{entry, spread});
+    }
+    chain(entry);
     ++count_;
   }
 
@@ -249,202 +443,76 @@ private:
   void makeChains() const {
     if (buckets_) return;
     buckets_ = newSlots(bucketCount());
-    Entry* newestFirst = unchained_;
-    Entry* oldestFirst = nullptr;
-    unchained_ = nullptr;
-    while (Entry* entry = newestFirst) {
-      newestFirst = entry->next;
-      if ((growths_ - entry->growths_) % 2 != 0) {
-        link(slot(entry->key), entry);
-      } else {
-        entry->next = oldestFirst;
-        oldestFirst = entry;
-      }
-    }
-    while (Entry* entry = oldestFirst) {
-      oldestFirst = entry->next;
-      link(slot(entry->key), entry);
-    }
+    std::sort(pairs_.begin(), pairs_.end(),
+              [](const Pair& a, const Pair& b) { return a.came < b.came; });
+    const Pair* const oldest = pairs_.end() - pairs_.count();  // behind those not in use
+    for (const Pair* pair = pairs_.end(); pair != oldest; --pair)
+      if (growthsSeenBy(pair[-1]) % 2 != 0) makeEntry(pair[-1]);
+    for (const Pair* pair = oldest; pair != pairs_.end(); ++pair)
+      if (growthsSeenBy(*pair) % 2 == 0) makeEntry(*pair);
+    pairs_.clear();
+  }
+
+  int growthsSeenBy(const Pair& pair) const {
+    const unsigned* const end = cameBefore_ + growths_;
+    return static_cast<int>(end - std::lower_bound(cameBefore_, end, pair.came));
+  }
+
+  void makeEntry(const Pair& pair) const {
+    Entry* const entry = newEntry(pair.key(), pair.value());
+    entry->inTable = 1;
+    links_.add(Link{entry, pair.spread()});
+    chain(entry);
   }
 
   void grow() {
     Entry** const old = buckets_;
     const int oldMask = mask_;
     mask_ = slotCountFor(count_) - 1;
-    ++growths_;
+    if (!old) {
+      cameBefore_[growths_++] = came_;
+      return;
+    }
     turnEqualsOver();
-    if (!old) return;
     buckets_ = newSlots(bucketCount());
     for (int i = 0; i <= oldMask; ++i) {
       while (Entry* entry = old[i]) {
         old[i] = entry->next;
-        link(slot(entry->key), entry);
+        chain(entry);
       }
     }
     std::free(old);
-  }
-
-  // The index.
-
-  Place* locate(Key key) const {
-    if (keys_ == 0) return nullptr;
-    const unsigned spread = Rule::spread(key);
-    for (unsigned i = home(spread); index_[i].entry; i = (i + 1) & indexMask_)
-      if (index_[i].spread == spread && Rule::equal(index_[i].entry->key, key)) return &index_[i];
-    return nullptr;
-  }
-
-  void addToIndex(Entry* entry) {
-    if (Place* place = locate(entry->key)) {
-      entry->equal_ = place->entry;
-      place->entry = entry;
-      return;
-    }
-    if (keys_ >= indexMask_ / 4 * 3) growIndex();
-    entry->equal_ = nullptr;
-    place(Place{entry, Rule::spread(entry->key)});
-    ++keys_;
-  }
-
-  // The upper bits, which multiplying spreads best.
-  unsigned home(unsigned spread) const { return spread >> indexShift_; }
-
-  void place(const Place& what) {
-    unsigned i = home(what.spread);
-    while (index_[i].entry) i = (i + 1) & indexMask_;
-    index_[i] = what;
-  }
-
-  void growIndex() {
-    Place* const old = index_;
-    const unsigned oldSize = old ? indexMask_ + 1 : 0;
-    const unsigned size = old ? 2 * oldSize : 32;
-    index_ = static_cast<Place*>(tqAllocated(std::calloc(size, sizeof(Place))));
-    indexMask_ = size - 1;
-    indexShift_ = old ? indexShift_ - 1 : 27;
-    for (unsigned i = 0; i < oldSize; ++i)
-      if (old[i].entry) place(old[i]);
-    std::free(old);
-  }
-
-  void removeAt(Place* place) {
-    Entry* const entry = place->entry;
-    *entry->back_ = entry->next;
-    if (entry->next) entry->next->back_ = entry->back_;
-    --count_;
-    place->entry = entry->equal_;
-    if (!place->entry) {
-      --keys_;
-      closeGap(static_cast<unsigned>(place - index_));
-    }
-    deleteEntry(entry);
-  }
-
-  // Moves back what the empty place would hide from `locate`.
-  void closeGap(unsigned gap) {
-    for (unsigned i = (gap + 1) & indexMask_; index_[i].entry; i = (i + 1) & indexMask_) {
-      if (((i - home(index_[i].spread)) & indexMask_) < ((i - gap) & indexMask_)) continue;
-      index_[gap] = index_[i];
-      index_[i].entry = nullptr;
-      gap = i;
-    }
   }
 
   void turnEqualsOver() {
-    if (static_cast<unsigned>(count_) == keys_) return;
-    for (unsigned i = 0; i <= indexMask_; ++i) {
+    if (static_cast<unsigned>(count_) == links_.count()) return;
+    for (Link& link : links_) {
       Entry* turned = nullptr;
-      while (Entry* entry = index_[i].entry) {
-        index_[i].entry = entry->equal_;
+      while (Entry* entry = link.entry) {
+        link.entry = entry->equal_;
         entry->equal_ = turned;
         turned = entry;
       }
-      index_[i].entry = turned;
+      link.entry = turned;
     }
-  }
-
-  // The entries' memory: blocks that grow with the table, given back as a whole.
-
-  Entry* newEntry() {
-    if (free_) {
-      Cell* const cell = free_;
-      free_ = cell->next;
-      return construct(cell);
-    }
-    if (fresh_ == freshEnd_) {
-      constexpr int first = 15, most = 4095;
-      const int size = count_ < first ? first : count_ < most ? count_ : most;
-      Cell* const block = static_cast<Cell*>(
-          tqAllocated(std::malloc((static_cast<std::size_t>(size) + 1) * sizeof(Cell))));
-      block->next = arena_;
-      arena_ = block;
-      fresh_ = block + 1;
-      freshEnd_ = fresh_ + size;
-    }
-    return construct(fresh_++);
-  }
-
-  static Entry* construct(Cell* cell) {
-    Entry* const entry = new (cell) Entry;
-    entry->fromArena_ = true;
-    return entry;
-  }
-
-  void deleteEntry(Entry* entry) {
-    if (!entry->fromArena_) {
-      delete entry;
-      return;
-    }
-    entry->~Entry();
-    Cell* const cell = reinterpret_cast<Cell*>(entry);
-    cell->next = free_;
-    free_ = cell;
-  }
-
-  // Entries of the arena go with it, unless they need their destructors.
-  void deleteEntries() {
-    constexpr bool plain = std::is_trivially_destructible_v<Entry>;
-    if (!plain || foreign_) {
-      for (unsigned i = 0; index_ && i <= indexMask_; ++i) {
-        while (Entry* entry = index_[i].entry) {
-          index_[i].entry = entry->equal_;
-          deleteEntry(entry);
-        }
-      }
-    }
-    while (Cell* block = arena_) {
-      arena_ = block->next;
-      std::free(block);
-    }
-    free_ = nullptr;
-    fresh_ = freshEnd_ = nullptr;
   }
 
   void forgetEntries() {
-    std::free(index_);
-    index_ = nullptr;
-    indexMask_ = 0;
-    keys_ = 0;
+    pairs_.clear();
+    links_.clear();
     count_ = 0;
+    came_ = 0;
     growths_ = 0;
-    foreign_ = false;
-    unchained_ = nullptr;
   }
 
   int mask_ = 0;
   int count_ = 0;
-  mutable Entry** buckets_ = nullptr;   // null until somebody looks
-  mutable Entry* unchained_ = nullptr;  // the entries until then, newest first
-  Place* index_ = nullptr;
-  unsigned indexMask_ = 0;   // places of the index less 1
-  unsigned indexShift_ = 0;  // 32 less the bits of a place
-  unsigned keys_ = 0;        // distinct keys: places in use
-  unsigned short growths_ = 0;
-  bool foreign_ = false;  // some entries were made with `new`
-  Cell* arena_ = nullptr;
-  Cell* free_ = nullptr;
-  Cell* fresh_ = nullptr;
-  Cell* freshEnd_ = nullptr;
+  mutable Entry** buckets_ = nullptr;  // null until somebody looks
+  mutable OpenIndex<Pair> pairs_;      // what there is until then
+  mutable OpenIndex<Link> links_;      // from then on
+  unsigned came_ = 0;                  // pairs that came so far
+  int growths_ = 0;
+  unsigned cameBefore_[mostGrowths];  // `came_` at each growth
 };
 
 /// Stands on the entries one after the other: slots in ascending order, within a slot in chain

@@ -264,6 +264,31 @@ public:
 struct tqUniqueStringTableRule {
   using Key = tqString;
   using Value = tqString;
+  /// A text and itself.
+  struct Pair {
+    Pair() = default;
+    Pair(const tqString&, const tqString& text, unsigned itsSpread)
+        : data_(text.data), length_(text.length), spread_(itsSpread) {}
+    bool used() const { return came != 0; }
+    bool is(const tqString& sought, unsigned itsSpread) const {
+      return spread_ == itsSpread && equal(key(), sought);
+    }
+    unsigned spread() const { return spread_; }
+    tqString key() const { return tqString(data_, length_); }
+    tqString value() const { return key(); }
+    static bool holds(const tqString& key, const tqString& value) {
+      return key.data == value.data && key.length == value.length && !key.hashValid &&
+             !value.hashValid;
+    }
+
+  private:
+    const char* data_;
+    int length_;
+    unsigned spread_;
+
+  public:
+    unsigned came = 0;
+  };
   static unsigned hash(tqString& text) { return text.tqString::hash(); }
   static TQ_API unsigned spread(const tqString& text);
   static int equal(const tqString& stored, const tqString& sought) {

@@ -27,79 +27,19 @@ HndOIDTbl* handleOidTable = nullptr;
 // dead: once few OIDs of a page are left, they move to the survivors, a hash table, and the page
 // goes.
 struct RegistryEntry {
+  bool used() const { return oid != 0; }
+  unsigned spread() const { return oid * 2654435769u; }  // 2^32 over the golden ratio
   tqBase* object;
   unsigned mappedOid;
   unsigned oid;  // 0 when there is none; the others are then 0 as well
 };
 
 RegistryEntry nobody;  // what unknown OIDs lead to
+OpenIndex<RegistryEntry> survivors;
 
 template <class T> T* newZeros(unsigned count) {
   return static_cast<T*>(tqAllocated(std::calloc(count, sizeof(T))));
 }
-
-// Open addressing with linear probing, at most half full: a wrong guess at where a search ends
-// costs more than the places do.
-class Survivors {
-public:
-  RegistryEntry& find(unsigned oid) const {
-    if (!entries_) return nobody;
-    unsigned i = home(oid);
-    while (entries_[i].oid != oid && entries_[i].oid != 0) i = (i + 1) & mask_;
-    return entries_[i];
-  }
-
-  void add(const RegistryEntry& entry) {
-    if (count_ >= mask_ / 2) grow();
-    place(entry);
-    ++count_;
-  }
-
-  void remove(const RegistryEntry& entry) {
-    --count_;
-    auto gap = static_cast<unsigned>(&entry - entries_);
-    for (unsigned i = (gap + 1) & mask_; entries_[i].oid != 0; i = (i + 1) & mask_) {
-      // Those between the gap and their home are found without it.
-      if (((i - home(entries_[i].oid)) & mask_) < ((i - gap) & mask_)) continue;
-      entries_[gap] = entries_[i];
-      gap = i;
-    }
-    entries_[gap] = RegistryEntry{};
-  }
-
-  // All places, empty ones too.
-  RegistryEntry* begin() { return entries_; }
-  RegistryEntry* end() { return entries_ ? entries_ + mask_ + 1 : nullptr; }
-
-private:
-  // Multiplicative hashing with 2^32 over the golden ratio.
-  unsigned home(unsigned oid) const { return oid * 2654435769u >> shift_; }
-
-  void place(const RegistryEntry& entry) {
-    unsigned i = home(entry.oid);
-    while (entries_[i].oid != 0) i = (i + 1) & mask_;
-    entries_[i] = entry;
-  }
-
-  void grow() {
-    RegistryEntry* const old = entries_;
-    const unsigned oldSize = old ? mask_ + 1 : 0;
-    const unsigned size = old ? 2 * oldSize : 256;
-    entries_ = newZeros<RegistryEntry>(size);
-    mask_ = size - 1;
-    shift_ = old ? shift_ - 1 : 24;
-    for (unsigned i = 0; i < oldSize; ++i)
-      if (old[i].oid != 0) place(old[i]);
-    std::free(old);
-  }
-
-  RegistryEntry* entries_ = nullptr;
-  unsigned mask_ = 0;   // places less 1
-  unsigned shift_ = 0;  // 32 less the bits of a place
-  unsigned count_ = 0;
-};
-
-Survivors survivors;
 
 struct RegistryPage {
   static constexpr unsigned bits = 10, size = 1u << bits;
@@ -122,8 +62,11 @@ RegistryPage*& pageOf(unsigned oid) { return pages[oid >> RegistryPage::bits]; }
 
 inline RegistryEntry& entryOf(unsigned oid) {
   if (oid >> RegistryPage::bits >= pageCount) return nobody;
-  RegistryPage* const page = pageOf(oid);
-  return page ? page->entries[oid % RegistryPage::size] : survivors.find(oid);
+  if (RegistryPage* const page = pageOf(oid)) return page->entries[oid % RegistryPage::size];
+  const RegistryEntry sought{nullptr, 0, oid};
+  RegistryEntry* const survivor = survivors.find(
+      sought.spread(), [oid](const RegistryEntry& entry) { return entry.oid == oid; });
+  return survivor ? *survivor : nobody;
 }
 
 // Gives up a page that no OIDs will be added to, if few are left of it.
@@ -254,7 +197,7 @@ void tqBase::remove_oid(unsigned oid) {
   if (entry.oid == 0) return;
   map(entry, 0);
   RegistryPage*& page = pageOf(oid);
-  if (!page) return survivors.remove(entry);
+  if (!page) return survivors.remove(&entry);
   entry = RegistryEntry{};
   --page->live;
   if (oidCounter >> RegistryPage::bits > oid >> RegistryPage::bits) giveUp(page);

@@ -25,34 +25,43 @@ unsigned ProtoTable::hash(double key) {
 
 namespace {
 
+constexpr std::uint64_t odd = 0x9E3779B97F4A7C15u;  // 2^64 over the golden ratio
+
 // Every bit of a factor reaches the middle of the product of 128 bits, from where folding spreads
 // it both ways: names that differ in a few characters share nothing.
-std::uint64_t mixed(std::uint64_t bits) {
+std::uint64_t mixed(std::uint64_t a, std::uint64_t b) {
   __extension__ using Wide = unsigned __int128;
-  const Wide product = Wide{bits} * 0x9E3779B97F4A7C15u;
+  const Wide product = Wide{a ^ odd} * b;
   return static_cast<std::uint64_t>(product >> 64) ^ static_cast<std::uint64_t>(product);
+}
+
+template <class Word> std::uint64_t word(const char* text) {
+  Word word;
+  std::memcpy(&word, text, sizeof word);
+  return word;
 }
 
 }  // namespace
 
+// By loads of a fixed size, which overlap where the length is odd: to copy `length` bytes is a
+// call, and interning a known name takes twice as long.
 unsigned spreadBits(const char* text, std::size_t length) {
-  std::uint64_t h = length;
-  std::uint64_t word = 0;
-  for (; length >= sizeof word; text += sizeof word, length -= sizeof word) {
-    std::memcpy(&word, text, sizeof word);
-    h = mixed(h ^ word);
-  }
-  // The rest, by loads of a fixed size, which may overlap: to copy `length` bytes is a call, and
-  // interning a known name takes twice as long.
-  word = 0;
-  if (length >= 4) {
-    std::uint32_t first, last;
-    std::memcpy(&first, text, 4);
-    std::memcpy(&last, text + length - 4, 4);
-    word = std::uint64_t{first} << 32 | last;
+  const char* const end = text + length;
+  std::uint64_t h = length * odd, first = 0, last = 0;
+  if (length >= 16) {
+    for (; end - text > 16; text += 16)
+      h = mixed(word<std::uint64_t>(text), word<std::uint64_t>(text + 8) ^ h);
+    first = word<std::uint64_t>(end - 16);
+    last = word<std::uint64_t>(end - 8);
+  } else if (length >= 8) {
+    first = word<std::uint64_t>(text);
+    last = word<std::uint64_t>(end - 8);
+  } else if (length >= 4) {
+    first = word<std::uint32_t>(text);
+    last = word<std::uint32_t>(end - 4);
   } else if (length > 0) {
-    const auto* const bytes = reinterpret_cast<const unsigned char*>(text);
-    word = std::uint64_t{bytes[0]} << 32 | unsigned{bytes[length / 2]} << 16 | bytes[length - 1];
+    first = word<std::uint8_t>(text);
+    last = word<std::uint8_t>(text + length / 2) << 8 | word<std::uint8_t>(end - 1);
   }
-  return spreadBits(mixed(h ^ word));
+  return static_cast<unsigned>(mixed(first, last ^ h) >> 32);
 }

@@ -62,12 +62,8 @@ unsigned mappedOid(unsigned oid) {
 }
 
 // From an item to its copy.
-struct ItemCopiesRule {
-  using Key = const tqUserDataItem*;
-  using Value = tqUserDataItem*;
+struct ItemCopiesRule : PlainRule<const tqUserDataItem*, tqUserDataItem*> {
   static unsigned hash(const tqUserDataItem* item) { return lowWord(item); }
-  static unsigned spread(const tqUserDataItem* item) { return spreadBits(item); }
-  static bool equal(const tqUserDataItem* a, const tqUserDataItem* b) { return a == b; }
 };
 using ItemCopies = ChainedTable<ItemCopiesRule>;
 

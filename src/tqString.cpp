@@ -139,7 +139,7 @@ int tqString::operator==(const tqString& other) const {
   if (length != other.length) return 0;
   const int n = counted(*this);
   if (n != counted(other)) return 0;
-  return n == 0 || (*data == *other.data && std::memcmp(data, other.data, size(n)) == 0);
+  return n == 0 || std::memcmp(data, other.data, size(n)) == 0;
 }
 
 int tqString::operator==(const char* text) const {

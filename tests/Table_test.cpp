@@ -110,6 +110,38 @@ TYPED_TEST(ChainedTableTest, AgreesWithThePlainTableInSlotsGrowthAndOrderEqualKe
   }
 }
 
+TYPED_TEST(ChainedTableTest, ThatNobodyLookedAtWhileItFilledHasTheChainsOfThePlainTable) {
+  for (unsigned pairs : {1u, 40u, 300u, 1500u}) {
+    std::mt19937 random(pairs);
+    TypeParam table(0);
+    Model<TypeParam> model;
+    while (table.count() < static_cast<int>(pairs)) {
+      const unsigned n = 1 + static_cast<unsigned>(random() % 4000);
+      const auto key = number<typename TypeParam::Key>(n);
+      typename TypeParam::Value value{};
+      if (table.find(value, key)) {
+        ASSERT_TRUE(value == number<typename TypeParam::Value>(n));
+        table.remove(key), model.find(n, true);
+      } else {
+        table.insert(key, number<typename TypeParam::Value>(n)), model.insert(n, n);
+      }
+    }
+    expectSame(table, model);
+  }
+}
+
+TYPED_TEST(ChainedTableTest, FindsWhatTheCallerWroteIntoAnEntry) {
+  const auto key = number<typename TypeParam::Key>(5);
+  auto value = number<typename TypeParam::Value>(1), other = number<typename TypeParam::Value>(2);
+  TypeParam table(0);
+  table.insert(key, value);
+  typename TypeParam::Entry* const entry = *table.probe(key);
+  entry->value = other;
+  EXPECT_TRUE(table.find(value, key) && value == other);
+  entry->inTable = 0;
+  EXPECT_FALSE(table.find(value, key));
+}
+
 TYPED_TEST(ChainedTableTest, EntriesLinkedByTheCallerStayItsOwnWhenInitializedAgain) {
   std::vector<typename TypeParam::Entry> entries(100);
   TypeParam table(32);
