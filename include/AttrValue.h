@@ -174,7 +174,7 @@ private:
 
   unsigned int* identifiers(int& n);
   void setArray(AttrType type, const void* elements, int count);
-  void writeCut(char* buffer, int size) const;
+  char* writeCut(char* buffer, int size) const;
   void release();
 
   AttrType type_ = ATTR_NONE;
