@@ -155,30 +155,42 @@ public:
 private:
   friend class tqUserData;
 
-  // A name as it is looked for. Its ending, the last four characters (all of a shorter name), is a
-  // number that tells most names apart without a look at their text.
+  // The last eight characters of a name as a number, which tells most names apart without a look
+  // at their text. It holds all of a shorter name, and its topmost byte then is 0, which is no
+  // character.
+  static std::uint64_t endingOf(const char* name, std::size_t length) {
+    std::uint64_t ending = 0;
+    if (length >= sizeof ending)
+      std::memcpy(&ending, name + length - sizeof ending, sizeof ending);
+    else
+      while (length > 0) ending = ending << 8 | static_cast<unsigned char>(name[--length]);
+    return ending;
+  }
+  static bool isShort(std::uint64_t ending) { return ending >> 56 == 0; }
+
+  // A name as it is looked for.
   struct Sought {
-    explicit Sought(const char* name);
+    explicit Sought(const char* name)
+        : text(name ? name : ""), ending(endingOf(text, std::strlen(text))) {}
     const char* text;
-    std::uint32_t ending;
+    std::uint64_t ending;
   };
 
   // A name as it is held.
   struct Name {
     Name(const char* name);
-    const char* text() const { return isShort ? characters : interned; }
+    const char* text() const { return isShort(ending) ? characters : interned; }
 
-    static constexpr std::size_t inlineSize = 8;
+    std::uint64_t ending;
     union {
-      char characters[inlineSize];
+      char characters[sizeof ending];
       const char* interned;
     };
-    std::uint32_t ending;
-    bool isShort;
   };
 
   bool isNamed(const Sought& sought) const {
-    return name_.ending == sought.ending && std::strcmp(name_.text(), sought.text) == 0;
+    return name_.ending == sought.ending &&
+           (isShort(sought.ending) || std::strcmp(name_.interned, sought.text) == 0);
   }
 
   tqUDBehavior& ownBehavior();

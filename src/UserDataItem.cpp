@@ -32,15 +32,6 @@ template <class T, class Argument> T& made(T*& object, Argument argument) {
   return *object;
 }
 
-std::uint32_t endingOf(const char* name, std::size_t length) {
-  std::uint32_t ending = 0;
-  if (length >= sizeof ending)
-    std::memcpy(&ending, name + length - sizeof ending, sizeof ending);
-  else
-    while (length > 0) ending = ending << 8 | static_cast<unsigned char>(name[--length]);
-  return ending;
-}
-
 const char* interned(const char* name) {
   tqUDStringTable& table = made(tqUserDataItem::_stringTable, tableSize);
   char* known = nullptr;
@@ -94,16 +85,11 @@ char* tqUDStringPool::add(const char* name) {
   return copy;
 }
 
-tqUserDataItem::Sought::Sought(const char* name) : text(name ? name : "") {
-  ending = endingOf(text, std::strlen(text));
-}
-
 tqUserDataItem::Name::Name(const char* name) {
   if (!name) name = "";
   const std::size_t length = std::strlen(name);
   ending = endingOf(name, length);
-  isShort = length < inlineSize;
-  if (isShort)
+  if (isShort(ending))
     std::memcpy(characters, name, length + 1);
   else
     interned = ::interned(name);

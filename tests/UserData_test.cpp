@@ -139,6 +139,16 @@ TEST(UserDataNames, PassOverEmptyItemsWhenFindingButNotWhenAdding) {
   EXPECT_EQ(data.count(), 0);
 }
 
+TEST(UserDataNames, AreToldApartByEveryCharacterHoweverLong) {
+  const char* const names[] = {"",         "A",        "Ab",          "ab",          "seven_a",
+                               "Seven_a",  "eight_ab", "\xe9ight_ab", "an_eight_ab", "no_eight_ab",
+                               "eight_abc"};
+  tqUserData data;
+  for (const char* name : names) data.findOrAdd(name);
+  ASSERT_EQ(data.count(), 11);
+  for (int i = 0; i < data.count(); ++i) EXPECT_EQ(data.index(names[i]), i) << names[i];
+}
+
 TEST(UserDataIndex, OutOfRangeIsAnsweredAndBehavioursAreMadeOnlyByTheirFlags) {
   tqUserData data;
   data.addUserData("a", 1);
