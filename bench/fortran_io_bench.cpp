@@ -1,17 +1,18 @@
-#include "fortran_io.h"
+#include "peers.h"
 
-#include <benchmark/benchmark.h>
+#include "fortran_io.h"
 
 #include <array>
 #include <charconv>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <random>
-#include <vector>
 
 #if __has_include(<fast_float/fast_float.h>)
 #include <fast_float/fast_float.h>
+#endif
+#ifdef TQ_PEER_GFORTRAN
+static const bool gfortranNoted = noteVersion("gfortran", TQ_PEER_GFORTRAN);
 #endif
 
 namespace {
@@ -121,6 +122,19 @@ struct OneSscanf {
   }
 };
 
+#ifdef TQ_PEER_GFORTRAN
+extern "C" void read_atom_line(const char* line, int* serial, char* name, char* residue,
+                               int* number, double* x, double* y, double* z, double* factor);
+
+struct GfortranRead {
+  static void read(const char* line, Atom& atom) {
+    read_atom_line(line, &atom.serial, atom.name, atom.residue, &atom.residueNumber, &atom.x,
+                   &atom.y, &atom.z, &atom.factor);
+    atom.name[4] = atom.residue[3] = '\0';
+  }
+};
+#endif
+
 #if __has_include(<fast_float/fast_float.h>)
 struct FastFloat {
   static void number(const char* first, int width, int& value) {
@@ -158,6 +172,9 @@ BENCHMARK_TEMPLATE(ReadAtomLine, HandCut<FastFloat>)->Name("ReadAtomLine/fast_fl
 BENCHMARK_TEMPLATE(ReadAtomLine, HandCut<FromChars>)->Name("ReadAtomLine/from_chars")->Arg(million);
 BENCHMARK_TEMPLATE(ReadAtomLine, HandCut<CLibrary>)->Name("ReadAtomLine/strtod")->Arg(million);
 BENCHMARK_TEMPLATE(ReadAtomLine, OneSscanf)->Name("ReadAtomLine/sscanf")->Arg(million);
+#ifdef TQ_PEER_GFORTRAN
+BENCHMARK_TEMPLATE(ReadAtomLine, GfortranRead)->Name("ReadAtomLine/gfortran READ")->Arg(million);
+#endif
 
 }  // namespace
 
