@@ -8,6 +8,8 @@
 #include <unordered_set>
 
 #ifdef TQ_PEER_BOOST_MAP
+#include <boost/flyweight.hpp>
+#include <boost/flyweight/no_locking.hpp>
 #include <boost/unordered/unordered_flat_set.hpp>
 #endif
 #ifdef TQ_PEER_ABSL_MAP
@@ -16,9 +18,12 @@
 
 namespace {
 
-// What interns a text: gives the address of the one copy of its characters.
+// What interns a text: gives the address of the one copy of its characters, or what holds it.
+
+const char* characters(const char* handle) { return handle; }
 
 struct Tq {
+  using Handle = const char*;
   // The library interns for the whole process: start over.
   Tq() {
     delete std::exchange(tqUniqueString::table_, nullptr);
@@ -29,6 +34,7 @@ struct Tq {
 
 template <class Set> class Pooled {
 public:
+  using Handle = const char*;
   const char* intern(const char* text) {
     const std::string_view sought(text);
     if (const auto found = texts_.find(sought); found != texts_.end()) return found->data();
@@ -57,6 +63,14 @@ private:
 using Std = Pooled<std::unordered_set<std::string_view>>;
 #ifdef TQ_PEER_BOOST_MAP
 using Boost = Pooled<boost::unordered_flat_set<std::string_view>>;
+
+// The default configuration, but without locks: one hashed factory for the process, in which a text
+// stays as long as a flyweight of it.
+struct Flyweight {
+  using Handle = boost::flyweight<std::string, boost::flyweights::no_locking>;
+  Handle intern(const char* text) { return Handle(text); }
+};
+const char* characters(const Flyweight::Handle& handle) { return handle.get().data(); }
 #endif
 #ifdef TQ_PEER_ABSL_MAP
 using Absl = Pooled<absl::flat_hash_set<std::string_view>>;
@@ -71,37 +85,56 @@ std::vector<std::string> names(std::int64_t count) {
   return all;
 }
 
+template <class Interner> using Handles = std::vector<typename Interner::Handle>;
+
 template <class Interner>
-bool internsEach(Interner& interner, const std::vector<std::string>& texts) {
+void internAll(Interner& interner, const std::vector<std::string>& texts,
+               Handles<Interner>& handles) {
+  handles.reserve(texts.size());
+  for (const std::string& text : texts) handles.push_back(interner.intern(text.c_str()));
+}
+
+// Interns the texts for the first time, and says whether each stays at one address of its own.
+template <class Interner>
+bool internsEach(Interner& interner, const std::vector<std::string>& texts,
+                 Handles<Interner>& handles) {
+  internAll(interner, texts, handles);
   std::unordered_set<const char*> addresses;
-  for (const std::string& text : texts) {
-    const char* const stored = interner.intern(text.c_str());
-    if (text.compare(0, text.size(), stored, text.size()) != 0) return false;
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const char* const stored = characters(handles[i]);
+    if (texts[i].compare(0, texts[i].size(), stored, texts[i].size()) != 0) return false;
     addresses.insert(stored);
   }
   for (const std::string& text : shuffled(texts, 2))
-    if (addresses.count(interner.intern(text.c_str())) != 1) return false;
+    if (addresses.count(characters(interner.intern(text.c_str()))) != 1) return false;
   return addresses.size() == texts.size();
 }
 
 // A file is read whose names are known, in an order of its own.
 template <class Interner> void InternKnown(benchmark::State& state) {
   Interner interner;
+  Handles<Interner> handles;
   const std::vector<std::string> texts = names(state.range(0));
-  if (!internsEach(interner, texts)) return state.SkipWithError("wrong text");
+  if (!internsEach(interner, texts, handles)) return state.SkipWithError("wrong text");
   const std::vector<std::string> sought = shuffled(texts, 1);
   for (auto _ : state)
     for (const std::string& text : sought) benchmark::DoNotOptimize(interner.intern(text.c_str()));
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
-// The first file: every name is new.
+// The first file: every name is new, and atoms hold it.
 template <class Interner> void InternNew(benchmark::State& state) {
   const std::vector<std::string> texts = shuffled(names(state.range(0)), 1);
-  if (Interner interner; !internsEach(interner, texts)) return state.SkipWithError("wrong text");
+  {
+    Interner interner;
+    Handles<Interner> handles;
+    if (!internsEach(interner, texts, handles)) return state.SkipWithError("wrong text");
+  }
   for (auto _ : state) {
     Interner interner;
-    for (const std::string& text : texts) benchmark::DoNotOptimize(interner.intern(text.c_str()));
+    Handles<Interner> handles;
+    internAll(interner, texts, handles);
+    benchmark::DoNotOptimize(handles.data());
   }
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
@@ -139,6 +172,8 @@ TQ_BENCH(InternNew, Std, "std set")->Arg(10000)->Arg(100000);
 #ifdef TQ_PEER_BOOST_MAP
 TQ_BENCH(InternKnown, Boost, "boost flat set")->Arg(10000)->Arg(100000);
 TQ_BENCH(InternNew, Boost, "boost flat set")->Arg(10000)->Arg(100000);
+TQ_BENCH(InternKnown, Flyweight, "boost flyweight")->Arg(10000)->Arg(100000);
+TQ_BENCH(InternNew, Flyweight, "boost flyweight")->Arg(10000)->Arg(100000);
 #endif
 #ifdef TQ_PEER_ABSL_MAP
 TQ_BENCH(InternKnown, Absl, "absl flat set")->Arg(10000)->Arg(100000);
