@@ -8,7 +8,8 @@ elsewhere; a benchmark that sets the counter "bytes" is reported by that instead
 figure divided by the peer's: below 1, tq needs less.
 
 targets.csv names what tq is to reach: the most that the ratio to the best of some peers (patterns,
-separated by |) may be, or a time or size for tq itself.
+separated by |) may be, or a time or size for tq itself. A target stays open when none of its peers
+was measured: not installed (the configuration of the build says so), or not chosen.
 
   report.py [--json] [--benchmark_OPTION=...] PROGRAM...
 
@@ -81,7 +82,9 @@ def measure_group(program, options, wanted):
 
 
 def figure(run):
-    job, peer, *size = [word for word in run["run_name"].split("/") if ":" not in word]
+    # Behind them stand the benchmark's own settings, as in "iterations:1".
+    words = [word for word in run["run_name"].split("/") if not re.fullmatch(r"\w+:[\d.]+", word)]
+    job, peer, *size = words
     result = {"job": job, "size": "/".join(size), "peer": peer}
     if "bytes" in run:
         return {**result, "unit": "bytes", "median": run["bytes"]}
@@ -128,6 +131,7 @@ def by_target(figures):
                     if peer != "tq" and any(fnmatch.fnmatch(peer, of) for of in line["of"].split("|"))
                 }
                 if not known:
+                    yield line["job"], line["size"], "none measured", line["target"], "", "open"
                     continue
                 best, limit = known[min(known)], line["target"]
                 reached = peers["tq"] / min(known)
