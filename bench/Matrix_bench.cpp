@@ -19,9 +19,8 @@ static const bool eigenNoted = noteVersion("Eigen", std::to_string(EIGEN_WORLD_V
 #define TQ_PEER_GLM 1
 static const bool glmNoted = noteVersion("glm", std::to_string(GLM_VERSION));
 #endif
-#if __has_include(<cblas.h>)
+#ifdef TQ_PEER_OPENBLAS
 #include <cblas.h>
-#define TQ_PEER_BLAS 1
 static const bool blasNoted = noteVersion("OpenBLAS", openblas_get_config());
 // All peers have one thread.
 static const bool blasAlone = (openblas_set_num_threads(1), true);
@@ -95,7 +94,7 @@ template <int size> struct Glm {
 };
 #endif
 
-#ifdef TQ_PEER_BLAS
+#ifdef TQ_PEER_OPENBLAS
 struct Blas {
   struct Matrix {
     explicit Matrix(int size)
@@ -247,7 +246,7 @@ TQ_BENCH(Product4x4, Glm<4>, "glm");
 TQ_BENCH(Inverse3x3, Glm<3>, "glm");
 TQ_BENCH(InverseRigid4x4, Glm<4>, "glm");
 #endif
-#ifdef TQ_PEER_BLAS
+#ifdef TQ_PEER_OPENBLAS
 TQ_BENCH(MatrixProduct, Blas, "OpenBLAS")->TQ_SIZES;
 #endif
 
