@@ -223,6 +223,9 @@ private:
 /// slots and uses all its bits (`spreadBits` makes one), and `equal(stored key, sought key)`.
 /// `PlainRule` has all of them but the first. A rule may have a `Pair` in place of `TablePair`.
 ///
+/// Entries are made when somebody looks at them: who only inserts, finds and removes does not pay
+/// for their memory.
+///
 /// Equal keys are not refused: the newest hides the older ones until it is removed. (Growing turns
 /// them over, see `insert`.) An owner that wants one entry per key asks `find` first.
 //

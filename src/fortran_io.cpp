@@ -230,8 +230,9 @@ Count readLongCount(const char* at) {
 // 1 when missing or below 1.
 inline Count readCount(const char* at) {
   if (!isDigit(*at)) return {1, at};
-  if (isDigit(at[1])) return readLongCount(at);
-  return {std::max(*at - '0', 1), at + 1};
+  if (!isDigit(at[1])) return {std::max(*at - '0', 1), at + 1};
+  if (!isDigit(at[2])) return {std::max(10 * (at[0] - '0') + at[1] - '0', 1), at + 2};
+  return readLongCount(at);
 }
 
 // Reports a fault of the format and points at it.
