@@ -28,8 +28,8 @@ import tempfile
 
 RUN = [
     "--benchmark_enable_random_interleaving=true",
-    "--benchmark_repetitions=9",
-    "--benchmark_min_time=0.1",
+    "--benchmark_repetitions=15",
+    "--benchmark_min_time=0.06",
     "--benchmark_report_aggregates_only=true",
     "--benchmark_out_format=json",
 ]
