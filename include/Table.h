@@ -38,10 +38,16 @@ inline unsigned lowWord(const void* address) {
   return static_cast<unsigned>(reinterpret_cast<std::uintptr_t>(address));
 }
 
-/// Spreads numbers that differ anywhere over all 32 bits: the high word of the number times 2^64
-/// over the golden ratio (multiplicative hashing, Knuth, The Art of Computer Programming 3, 6.4).
+/// Spreads numbers that differ anywhere over all 32 bits, the upper ones best (multiplicative
+/// hashing, Knuth, The Art of Computer Programming 3, 6.4).
+//
+// Keys come in sequences: addresses at the distance of the objects' size, identifiers in turn. Of
+// many odd factors chosen at random this is one of the few that spread 1,000 to 100,000 numbers
+// well at each of 29 distances from 1 to 512: an index looks at 1.19 places to find one, at 2.06
+// with the worst distance. With 2^64 over the golden ratio it is 2.7 and 32, because multiples of a
+// few numbers, 144 for one, lie close together.
 inline unsigned spreadBits(std::uint64_t number) {
-  return static_cast<unsigned>((number * 0x9E3779B97F4A7C15u) >> 32);
+  return static_cast<unsigned>((number * 0x6715188FA8FC72C7u) >> 32);
 }
 inline unsigned spreadBits(const void* address) {
   return spreadBits(std::uint64_t{reinterpret_cast<std::uintptr_t>(address)});

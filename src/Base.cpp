@@ -28,7 +28,7 @@ HndOIDTbl* handleOidTable = nullptr;
 // goes.
 struct RegistryEntry {
   bool used() const { return oid != 0; }
-  unsigned spread() const { return oid * 2654435769u; }  // 2^32 over the golden ratio
+  unsigned spread() const { return spreadBits(std::uint64_t{oid}); }
   tqBase* object;
   unsigned mappedOid;
   unsigned oid;  // 0 when there is none; the others are then 0 as well
