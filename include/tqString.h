@@ -274,7 +274,7 @@ struct tqUniqueStringTableRule {
       return spread_ == itsSpread && equal(key(), sought);
     }
     unsigned spread() const { return spread_; }
-    tqString key() const { return tqString(data_, length_); }
+    tqString key() const { return {data_, length_}; }
     tqString value() const { return key(); }
     static bool holds(const tqString& key, const tqString& value) {
       return key.data == value.data && key.length == value.length && !key.hashValid &&
