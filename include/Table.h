@@ -166,8 +166,9 @@ public:
   unsigned came = 0;  ///< set by the table: 1 for the first pair
 };
 
-/// All of a rule (see `ChainedTable`) but its `hash`, for keys that are numbers or addresses.
+/// All of a rule (see `ChainedTable`) but its `hash`, for keys that are integers or addresses.
 template <class K, class V> struct PlainRule {
+  static_assert(std::is_integral_v<K> || std::is_pointer_v<K>);
   using Key = K;
   using Value = V;
   static bool equal(K a, K b) { return a == b; }
@@ -175,7 +176,7 @@ template <class K, class V> struct PlainRule {
     if constexpr (std::is_pointer_v<K>)
       return spreadBits(static_cast<const void*>(key));
     else
-      return spreadBits(std::uint64_t{static_cast<unsigned>(key)});
+      return spreadBits(static_cast<std::uint64_t>(key));
   }
 
   /// As `TablePair`, without what such a key tells itself.

@@ -276,6 +276,7 @@ struct tqUniqueStringTableRule {
     unsigned spread() const { return spread_; }
     tqString key() const { return {data_, length_}; }
     tqString value() const { return key(); }
+    /// A hash that a caller vouched for comes back with the text: such texts get entries.
     static bool holds(const tqString& key, const tqString& value) {
       return key.data == value.data && key.length == value.length && !key.hashValid &&
              !value.hashValid;
